@@ -1,0 +1,257 @@
+/**
+ * @file QMNative.h
+ * @brief The C interface of libqmDatabase.so.1, a database of the physical properties of materials.
+ *
+ * Conventions of all functions:
+ *
+ * 1. Texts are null-terminated UTF-32 (`wchar_t`). A null text counts as the empty text.
+ * 2. The result is a code of status.h: 0 for success, negative for failure. The three functions
+ *    that add an entity return its ID instead of 0, narrowed to int.
+ * 3. Every failure that is more than a look-up without a result writes one line to the log file
+ *    "qmdb.log"; the line holds the detail that the code cannot.
+ * 4. An unknown database ID gives -2 and leaves every output as it was; after that a null pointer
+ *    gives -4. Other failures set a list's pointer to null and, but for qmdbGetMatters(), its
+ *    count to 0.
+ * 5. Lists come in ascending order of ID, in one new array that belongs to the caller and goes
+ *    back whole to the destroy function named beside it. The destroy functions do not reset the
+ *    caller's pointer.
+ * 6. No exception leaves a function: out of memory and the like give -5, a failing directory
+ *    operation gives -6, and the exception's text goes to the log.
+ * 7. Nothing is locked: make one call at a time. Databases opened separately share nothing.
+ * 8. File names are converted to the process's locale and back, and so are files without a UTF-8
+ *    mark. Call setlocale(LC_ALL, "") or the like before the first call if names or paths may go
+ *    beyond ASCII. Numbers are read and written in the locale's numeric format; keep LC_NUMERIC
+ *    at "C", or files written here and files written elsewhere differ in their decimal point.
+ *
+ * Identifiers are the numbers that the descriptor files give under "ID". -1 means "none" where an
+ * identifier may be left out.
+ */
+#ifndef QMDATABASE_QMNATIVE_H
+#define QMDATABASE_QMNATIVE_H
+
+#include "records.h"
+#include "status.h"
+#include "values.h"
+
+#pragma GCC visibility push(default)
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/**
+ * Opens the database in a directory: reads its string table and all its descriptors. Data files
+ * are read only by qmdbGetParamValue().
+ *
+ * The log file of an earlier open in the same log directory is deleted. Opening a directory twice
+ * gives two independent databases.
+ *
+ * @param path        the database's root directory.
+ * @param language    a text that begins with "ru" selects the string table "strings.lst", any
+ *                    other "default.lst". A missing table is no failure: names then come from the
+ *                    descriptors.
+ * @param logDir      directory of "qmdb.log"; empty: the database's root directory.
+ * @param logInfo     true: write informational lines too; errors are always written.
+ * @param databaseId  receives the new ID, 1 or more and never issued again in this process; -1 on
+ *                    failure.
+ * @return 0;
+ *         -4: databaseId is null (nothing is opened);
+ *         -6: a descriptor cannot be opened, or a directory holds several descriptors of one kind;
+ *         -7: a descriptor cannot be read;
+ *         -10: a descriptor lacks a required key;
+ *         -5: see convention 6.
+ *         A root directory that does not exist or holds nothing opens as an empty database. A
+ *         substance without phases is skipped with a line in the log.
+ */
+int qmdbOpen(const wchar_t* path, const wchar_t* language, const wchar_t* logDir, bool logInfo, long* databaseId);
+
+/**
+ * Closes a database and frees all that it holds in memory. Arrays and values handed out stay valid.
+ * Databases still open when the library is unloaded are closed then.
+ *
+ * @return 0; -2: unknown database.
+ */
+int qmdbClose(long databaseId);
+
+/**
+ * Lists the substances.
+ *
+ * @param[out] matters  new array; release it with qmdbDestroyMatterArray().
+ * @param[out] count    number of substances, also when the call fails with -11 or -12.
+ * @return 0; -2: unknown database; -4; -9: no substances;
+ *         -11: a molar fraction of some mixture is not a number;
+ *         -12: the composition of some mixture is laid out wrongly. A fraction of one character at
+ *         the very end, as in "12:1", counts as such: write "12:1.0".
+ */
+int qmdbGetMatters(long databaseId, MATTER** matters, int* count);
+
+/**
+ * Lists the phases of a substance.
+ *
+ * @param[out] phases  new array; release it with qmdbDestroyPhasesArray().
+ * @return 0; -2: unknown database or substance; -4; -9: no substances, or no phases.
+ */
+int qmdbGetPhases(long databaseId, long matterId, PHASE** phases, int* count);
+
+/**
+ * Lists the phase changes of a substance.
+ *
+ * @param[out] changes  new array; release it with qmdbDestroyPhaseChangeArray().
+ * @return 0; -2: unknown database or substance; -4; -9: no substances, or no phase changes.
+ */
+int qmdbGetPhaseChanges(long databaseId, long matterId, PHASECHANGE** changes, int* count);
+
+/**
+ * Lists the parameters of a substance itself.
+ *
+ * @param[out] params  new array; release it with qmdbDestroyParametersArray().
+ * @return 0; -2: unknown database or substance; -4; -9: no substances, or no parameters.
+ */
+int qmdbGetMatterParams(long databaseId, long matterId, PARAMETER** params, int* count);
+
+/**
+ * Lists the parameters of a phase.
+ *
+ * @param[out] params  new array; release it with qmdbDestroyParametersArray().
+ * @return 0; -2: unknown database, substance or phase; -4;
+ *         -9: no substances, the substance has no phases, or the phase no parameters.
+ */
+int qmdbGetPhaseParams(long databaseId, long matterId, long phaseId, PARAMETER** params, int* count);
+
+/**
+ * Lists the parameters of a phase change.
+ *
+ * @param[out] params  new array; release it with qmdbDestroyParametersArray().
+ * @return 0; -2: unknown database, substance or phase change; -4;
+ *         -9: no substances, the substance has no phase changes, or the change no parameters.
+ */
+int qmdbGetPhaseChangeParams(long databaseId, long matterId, long phaseChangeId, PARAMETER** params, int* count);
+
+/**
+ * Reads the value of one parameter from its data file. Nothing is cached: each call reads the file.
+ *
+ * The parameter belongs to the substance itself when phaseId and phaseChangeId are both -1, else
+ * to the phase or the phase change given.
+ *
+ * @param[out] value  new object in the units of the parameter's description, see values.h for its
+ *                    class; release it with qmdbDestroyParameterData(). Null on failure.
+ * @return 0;
+ *         -2: phaseId and phaseChangeId both given (checked first; *value stays as it was), unknown
+ *         database, substance, phase, phase change or parameter, or a stored type outside 1 to 5;
+ *         -3: the data file does not exist; -4;
+ *         -6: the data file cannot be opened;
+ *         -7: the data file cannot be read, or a line of it is longer than 1022 bytes;
+ *         -9: no substances, no phases, no phase changes or no parameters there, or a table
+ *         without rows;
+ *         -11: a number that is none, or arguments that do not increase strictly;
+ *         -12: a row with too few or too many numbers, or rows before the first "P=" line.
+ */
+int qmdbGetParamValue(
+    long databaseId, long matterId, long phaseId, long phaseChangeId, long paramId, IDbData** value);
+
+/**
+ * Adds a substance. It is visible at once; after reopening it is visible once it has a phase.
+ *
+ * The additions write to the disk before they return: the new directory, and then its descriptor,
+ * which appears complete or not at all whenever the host or the machine stops.
+ *
+ * @param matter  name, comment, mixture and, when mixture is not 0, the composition, whose
+ *                fractions must add up to 0.99 to 1.0 (no tolerance above). Fractions are kept to
+ *                six significant digits. The ID is ignored. The record stays the caller's.
+ *                A single component of fraction 1 is written as "9:1", which qmdbGetMatters() then
+ *                refuses; give such a substance as a pure one.
+ * @return the new substance's ID; -2: unknown database; -4;
+ *         -14: a substance with this display name exists (nothing is written);
+ *         -20: bad sum of fractions (an empty directory stays, the IDs are used up);
+ *         -6: the directory or the descriptor could not be written (what was made stays, empty);
+ *         -5: see convention 6.
+ */
+int qmdbAddMatter(long databaseId, const MATTER* matter);
+
+/**
+ * Adds a phase to a substance. Durability as for qmdbAddMatter().
+ *
+ * @param phase  name and aggregate state, which is not checked. The ID is ignored.
+ * @return the new phase's ID; -2: unknown database or substance; -4; -9: no substances;
+ *         -14: the substance has a phase with this display name (nothing is written);
+ *         -6, -5: as for qmdbAddMatter().
+ */
+int qmdbAddPhase(long databaseId, long matterId, const PHASE* phase);
+
+/**
+ * Adds a phase change to a substance. Durability as for qmdbAddMatter().
+ *
+ * @param change  name and the IDs of two phases, which are not checked. The ID is ignored.
+ * @return the new phase change's ID; -2: unknown database or substance; -4; -9: no substances;
+ *         -14: the substance has a phase change with this display name (nothing is written);
+ *         -6, -5: as for qmdbAddMatter().
+ */
+int qmdbAddPhaseChange(long databaseId, long matterId, const PHASECHANGE* change);
+
+/**
+ * Attaches a parameter to a substance itself.
+ *
+ * The value goes into a data file beside the substance's descriptor, with six significant digits
+ * a number, and then a head that names the file appears, complete or not at all. Both are on the
+ * disk when the function returns.
+ *
+ * @param param  ID, type and vector flag; they must agree with the parameter's description and
+ *               with the class of `value`. Name and units are ignored.
+ * @param value  object of the class that `type` and `vector` call for (see values.h), in the
+ *               description's units. Its own `type` and `isVector` are not looked at. It stays the
+ *               caller's. The order of rows is not checked here: a table whose arguments do not
+ *               increase is refused when it is read.
+ * @return 0; -2: unknown database or substance;
+ *         -4: param is null, or value is null and all else is in order (nothing is written);
+ *         -9: no substances;
+ *         -15: the parameter is not described; -16: its description does not allow the type;
+ *         -17: nor the scalar or vector form;
+ *         -18: the substance has this parameter already; (all these write nothing)
+ *         -6: the head could not be written (a data file may stay that nothing names);
+ *         -5: see convention 6.
+ *         A data file that cannot be opened for writing, or that the disk refuses, is not a failure
+ *         of this function: the head is attached and reading the value fails.
+ */
+int qmdbAddMatterParam(long databaseId, long matterId, const PARAMETER* param, const IDbData* value);
+
+/**
+ * Attaches a parameter to a phase. As qmdbAddMatterParam(), and
+ *
+ * @return -2 also: the substance has no such phase (found after -15, -16 and -17);
+ *         -19: the description does not offer the parameter for the phase's aggregate state.
+ */
+int qmdbAddPhaseParam(
+    long databaseId, long matterId, long phaseId, const PARAMETER* param, const IDbData* value);
+
+/**
+ * Lists the parameter descriptions that may be attached to a phase by its aggregate state, whether
+ * or not the phase has such a parameter already.
+ *
+ * @param[out] descrs  new array, or null when none qualifies; release it with
+ *                     qmdbDestroyParamDescrArray().
+ * @return 0, also when none qualifies; -2: unknown database, substance or phase; -4;
+ *         -9: no substances.
+ */
+int qmdbGetAvailablePhaseParams(
+    long databaseId, long matterId, long phaseId, PARAMETERDESCR** descrs, int* count);
+
+/**
+ * @name Releasing
+ * Each takes the address of the caller's pointer, frees what it points to with all that hangs on
+ * it, and leaves the pointer as it was.
+ * @return 0; -4: the pointer (or its address) is null.
+ * @{
+ */
+int qmdbDestroyMatterArray(MATTER** matters);
+int qmdbDestroyPhasesArray(PHASE** phases);
+int qmdbDestroyPhaseChangeArray(PHASECHANGE** changes);
+int qmdbDestroyParametersArray(PARAMETER** params);
+int qmdbDestroyParamDescrArray(PARAMETERDESCR** descrs);
+int qmdbDestroyParameterData(IDbData** value);
+/** @} */
+
+#ifdef __cplusplus
+}
+#endif
+#pragma GCC visibility pop
+
+#endif

@@ -1,0 +1,185 @@
+#include "qmdatabase/QMNative.h"
+
+#include "api/guard.h"
+#include "qm/CQMCriticalSection.h"
+#include "qm/text.h"
+
+namespace {
+
+/// Made and destroyed with the library. Callers serialise their calls, so nothing enters it.
+[[maybe_unused]] qm::CQMCriticalSection m_cs;
+
+constexpr long none = -1;
+
+std::string argumentText(const wchar_t* text)
+{
+    return text ? qm::text::fromWide(text) : std::string();
+}
+
+template <class Record>
+int destroyArray(Record** records) noexcept
+{
+    if (!records || !*records) {
+        return QMDB_E_NULL_POINTER;
+    }
+    delete[] *records;
+    return QMDB_OK;
+}
+
+} // namespace
+
+int qmdbOpen(const wchar_t* path, const wchar_t* language, const wchar_t* logDir, bool logInfo, long* databaseId)
+{
+    if (!databaseId) {
+        return QMDB_E_NULL_POINTER;
+    }
+    *databaseId = none;
+    try {
+        const std::string pathText = argumentText(path);
+        const std::string logDirText = argumentText(logDir);
+        const std::string& usedLogDir = logDirText.empty() ? pathText : logDirText;
+        return guarded(CLog(usedLogDir, logInfo), [&] {
+            return dbEngine.openDatabase(pathText, argumentText(language), usedLogDir, logInfo, *databaseId);
+        });
+    } catch (const std::exception&) {
+        return QMDB_E_INTERNAL; // no memory for the arguments
+    }
+}
+
+int qmdbClose(long databaseId)
+{
+    return dbEngine.closeDatabase(databaseId);
+}
+
+int qmdbGetMatters(long databaseId, MATTER** matters, int* count)
+{
+    return onDatabase(
+        databaseId, [&](CDatabase& database) { return database.getMatters(*matters, *count); }, matters, count);
+}
+
+int qmdbGetPhases(long databaseId, long matterId, PHASE** phases, int* count)
+{
+    return onDatabase(
+        databaseId, [&](CDatabase& database) { return database.getPhases(matterId, *phases, *count); }, phases,
+        count);
+}
+
+int qmdbGetPhaseChanges(long databaseId, long matterId, PHASECHANGE** changes, int* count)
+{
+    return onDatabase(
+        databaseId, [&](CDatabase& database) { return database.getPhaseChanges(matterId, *changes, *count); },
+        changes, count);
+}
+
+int qmdbGetMatterParams(long databaseId, long matterId, PARAMETER** params, int* count)
+{
+    return onDatabase(
+        databaseId, [&](CDatabase& database) { return database.getMatterParams(matterId, *params, *count); }, params,
+        count);
+}
+
+int qmdbGetPhaseParams(long databaseId, long matterId, long phaseId, PARAMETER** params, int* count)
+{
+    return onDatabase(
+        databaseId,
+        [&](CDatabase& database) { return database.getPhaseParams(matterId, phaseId, *params, *count); }, params,
+        count);
+}
+
+int qmdbGetPhaseChangeParams(long databaseId, long matterId, long phaseChangeId, PARAMETER** params, int* count)
+{
+    return onDatabase(
+        databaseId,
+        [&](CDatabase& database) { return database.getPhaseChangeParams(matterId, phaseChangeId, *params, *count); },
+        params, count);
+}
+
+int qmdbGetParamValue(
+    long databaseId, long matterId, long phaseId, long phaseChangeId, long paramId, IDbData** value)
+{
+    if (phaseId != none && phaseChangeId != none) {
+        return QMDB_E_NOT_FOUND;
+    }
+    return onDatabase(
+        databaseId,
+        [&](CDatabase& database) {
+            return database.getParamValue(matterId, phaseId, phaseChangeId, paramId, *value);
+        },
+        value);
+}
+
+int qmdbAddMatter(long databaseId, const MATTER* matter)
+{
+    return onDatabase(databaseId, [&](CDatabase& database) { return database.addMatter(*matter); }, matter);
+}
+
+int qmdbAddPhase(long databaseId, long matterId, const PHASE* phase)
+{
+    return onDatabase(databaseId, [&](CDatabase& database) { return database.addPhase(matterId, *phase); }, phase);
+}
+
+int qmdbAddPhaseChange(long databaseId, long matterId, const PHASECHANGE* change)
+{
+    return onDatabase(
+        databaseId, [&](CDatabase& database) { return database.addPhaseChange(matterId, *change); }, change);
+}
+
+int qmdbAddMatterParam(long databaseId, long matterId, const PARAMETER* param, const IDbData* value)
+{
+    return onDatabase(
+        databaseId, [&](CDatabase& database) { return database.addMatterParameter(matterId, *param, value); },
+        param);
+}
+
+int qmdbAddPhaseParam(
+    long databaseId, long matterId, long phaseId, const PARAMETER* param, const IDbData* value)
+{
+    return onDatabase(
+        databaseId,
+        [&](CDatabase& database) { return database.addPhaseParameter(matterId, phaseId, *param, value); }, param);
+}
+
+int qmdbGetAvailablePhaseParams(
+    long databaseId, long matterId, long phaseId, PARAMETERDESCR** descrs, int* count)
+{
+    return onDatabase(
+        databaseId,
+        [&](CDatabase& database) {
+            return database.getPhaseParamsDescriptions(matterId, phaseId, *descrs, *count);
+        },
+        descrs, count);
+}
+
+int qmdbDestroyMatterArray(MATTER** matters)
+{
+    return destroyArray(matters);
+}
+
+int qmdbDestroyPhasesArray(PHASE** phases)
+{
+    return destroyArray(phases);
+}
+
+int qmdbDestroyPhaseChangeArray(PHASECHANGE** changes)
+{
+    return destroyArray(changes);
+}
+
+int qmdbDestroyParametersArray(PARAMETER** params)
+{
+    return destroyArray(params);
+}
+
+int qmdbDestroyParamDescrArray(PARAMETERDESCR** descrs)
+{
+    return destroyArray(descrs);
+}
+
+int qmdbDestroyParameterData(IDbData** value)
+{
+    if (!value || !*value) {
+        return QMDB_E_NULL_POINTER;
+    }
+    delete *value;
+    return QMDB_OK;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "api/engine.h"
+#include "qm/EQMException.h"
+#include "qmdatabase/status.h"
+
+#include <exception>
+#include <utility>
+
+/// Runs the body of an exported function: no exception goes further. Its text goes to the log.
+template <class Call>
+int guarded(const CLog& log, Call&& call) noexcept
+try {
+    try {
+        return std::forward<Call>(call)();
+    } catch (const qm::EQMException& exception) {
+        log.error(exception.what());
+        return QMDB_E_FILE;
+    } catch (const std::exception& exception) {
+        log.error(exception.what());
+        return QMDB_E_INTERNAL;
+    }
+} catch (...) {
+    return QMDB_E_INTERNAL; // no memory even for the log line
+}
+
+/// Looks a database up and runs the body on it; every pointer given must not be null.
+template <class Call, class... Pointers>
+int onDatabase(long databaseId, Call&& call, const Pointers*... required) noexcept
+{
+    CDatabase* database = nullptr;
+    if (const int code = dbEngine.getDatabase(databaseId, database); code != QMDB_OK) {
+        return code;
+    }
+    if (((required == nullptr) || ...)) {
+        return QMDB_E_NULL_POINTER;
+    }
+    return guarded(database->log(), [&] { return call(*database); });
+}

@@ -1,0 +1,3 @@
+#include "api/engine.h"
+
+CDbEngine dbEngine;

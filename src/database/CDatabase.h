@@ -1,0 +1,95 @@
+#pragma once
+
+#include "model/CMatter.h"
+#include "model/CParameter.h"
+#include "qmdatabase/records.h"
+#include "qmdatabase/values.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_set>
+
+/// One open database: the image of a directory tree of descriptors, read once at the open and kept in
+/// step with what is added.
+class CDatabase {
+public:
+    static constexpr std::string_view s_matterFilesExt = "mtd";
+    static constexpr std::string_view s_phaseFilesExt = "phd";
+    static constexpr std::string_view s_phaseChangeFilesExt = "pcd";
+    static constexpr std::string_view s_parameterFilesExt = "prd";
+    static constexpr std::string_view s_paramFileExt = ".prh";
+    static constexpr std::string_view s_paramDataFileExt = ".dat";
+    static constexpr std::string_view s_matterDirsPrefix = "Substance";
+    static constexpr std::string_view s_phasesDirsPrefix = "Phase";
+    static constexpr std::string_view s_phasesChangeDirsPrefix = "PC";
+    static constexpr std::string_view s_paramFilePrefix = "Property";
+    static constexpr std::string_view s_localFileName = "strings.lst";
+    static constexpr std::string_view s_defaultFileName = "default.lst";
+
+    CDatabase(std::string_view logDir, bool logInfo)
+        : log_(logDir, logInfo)
+    {
+    }
+    // The objects of the image point at the log and the string table.
+    CDatabase(const CDatabase&) = delete;
+    CDatabase& operator=(const CDatabase&) = delete;
+
+    const CLog& log() const noexcept { return log_; }
+
+    /// Loads the tree; called once. After a failure the object is of no use.
+    int openDatabase(std::string_view path, std::string_view language);
+
+    // Lists and values for the caller. All arrays are new; failures leave null and 0, except that
+    // getMatters() keeps the number of substances.
+    int getMatters(MATTER*& matters, int& count) const;
+    int getPhases(long matterId, PHASE*& phases, int& count) const;
+    int getPhaseChanges(long matterId, PHASECHANGE*& changes, int& count) const;
+    int getMatterParams(long matterId, PARAMETER*& params, int& count) const;
+    int getPhaseParams(long matterId, long phaseId, PARAMETER*& params, int& count) const;
+    int getPhaseChangeParams(long matterId, long phaseChangeId, PARAMETER*& params, int& count) const;
+    int getParamValue(long matterId, long phaseId, long phaseChangeId, long paramId, IDbData*& value) const;
+    int getPhaseParamsDescriptions(long matterId, long phaseId, PARAMETERDESCR*& descrs, int& count) const;
+
+    // Additions. The first three return the new ID; all return a negative code on failure and may
+    // throw EQMException when a directory cannot be made or a text has no UTF-8 form.
+    int addMatter(const MATTER& matter);
+    int addPhase(long matterId, const PHASE& phase);
+    int addPhaseChange(long matterId, const PHASECHANGE& phaseChange);
+    int addMatterParameter(long matterId, const PARAMETER& param, const IDbData* data);
+    int addPhaseParameter(long matterId, long phaseId, const PARAMETER& param, const IDbData* data);
+
+    // What the descriptions allow.
+    bool isParamIDCorrect(long paramId) const;
+    bool isParameterTypeCorrect(long paramId, PARAM_TYPE type) const;
+    bool isParameterVectorTypeCorrect(long paramId, bool vector) const;
+    bool isParameterCorrectForPhase(long paramId, MATTER_STATE state) const;
+
+private:
+    int loadMatters(CDirectory& root);
+    int loadMatter(const FoundFile& file);
+    int loadParameters(CDirectory& root);
+
+    int findMatter(long matterId, const CMatter*& matter) const;
+    int findMatter(long matterId, CMatter*& matter);
+    const CParameter* findParameter(long paramId) const;
+    int fillMatter(const CMatter& matter, MATTER& record) const;
+    int fillComposition(const CMatter& matter, MATTER& record) const;
+    int expandParamsList(int code, PARAMETER* params, int count) const;
+
+    bool isMatterNamePresent(std::string_view name);
+    int setComposition(CMatter& created, const MATTER& matter) const;
+    int checkParameter(const PARAMETER& param) const;
+    int saveParameter(const CEntity& owner, CHeadMap& heads, const PARAMETER& param, const IDbData* data,
+        std::string_view successMessage);
+
+    CLog log_;
+    std::shared_ptr<const std::string> path_;
+    std::unique_ptr<CLocalizer> strings_;
+    std::map<long, CMatter> matters_;
+    std::map<long, CParameter> parameters_;
+    long maxMatterId_ = -1;
+    /// Display names of all substances; collected when the first is added.
+    std::optional<std::unordered_set<std::string>> matterNames_;
+};

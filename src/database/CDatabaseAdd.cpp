@@ -1,0 +1,140 @@
+#include "database/CDatabase.h"
+
+#include "database/composition.h"
+#include "database/uniqueNames.h"
+#include "files/nextId.h"
+#include "model/entityMap.h"
+#include "qm/CQMFileSystem.h"
+#include "qmdatabase/status.h"
+
+namespace {
+
+constexpr double minSumOfFractions = 0.99;
+constexpr double maxSumOfFractions = 1.0;
+
+/// Makes a directory for a new entity; returns the path of its descriptor, which is still to be
+/// written.
+CFilePath makeEntityDir(const std::string& parent, std::string_view prefix, std::string_view extension)
+{
+    const std::string name = uniqueName(parent, prefix);
+    auto directory = std::make_shared<const std::string>(parent + "/" + name);
+    qm::CQMFileSystem::MakeDir(*directory);
+    return { std::move(directory), name + "." + std::string(extension) };
+}
+
+/// Saves a new entity and puts it into its map under its ID.
+template <class Entity>
+int saveAndInsert(Entity&& entity, std::map<long, Entity>& entities, std::string_view successMessage)
+{
+    if (const int code = entity.saveFile(); code != QMDB_OK) {
+        return code;
+    }
+    const long id = entity.getID();
+    entity.log().info(successMessage, entity.path.text(), ", ID=", id);
+    entities.insert_or_assign(id, std::move(entity));
+    return QMDB_OK;
+}
+
+} // namespace
+
+int CDatabase::addMatter(const MATTER& matter)
+{
+    const std::string name = conversions::fieldText(matter.name);
+    if (isMatterNamePresent(name)) {
+        log_.error("Cannot append a substance because a duplicated name, ", name);
+        return QMDB_E_DUPLICATE_NAME;
+    }
+    CMatter created(log_, *strings_);
+    created.path = makeEntityDir(*path_, s_matterDirsPrefix, s_matterFilesExt);
+    maxMatterId_ = nextId(maxMatterId_);
+    created.setID(maxMatterId_);
+    created.setName(name);
+    created.setNameID(strings_->increaseMaxStringID());
+    created.setComment(conversions::fieldText(matter.comment));
+    created.setCommentID(strings_->increaseMaxStringID());
+    if (const int code = setComposition(created, matter); code != QMDB_OK) {
+        return code;
+    }
+    const std::string displayName(created.getName());
+    if (const int code = saveAndInsert(std::move(created), matters_, "New material saved: "); code != QMDB_OK) {
+        return code;
+    }
+    matterNames_->insert(displayName);
+    return static_cast<int>(maxMatterId_);
+}
+
+int CDatabase::setComposition(CMatter& created, const MATTER& matter) const
+{
+    created.setMixture(matter.mixture);
+    if (matter.mixture == 0) {
+        created.setComposition("");
+        return QMDB_OK;
+    }
+    const auto components = composition::componentsOf(matter);
+    const double sum = composition::sumOfFractions(components);
+    // A sum that is not a number passes.
+    if (sum > maxSumOfFractions || sum < minSumOfFractions) {
+        log_.error("Incorrect molar fractions summ at sunstance addition (", conversions::double2wstr(sum), ")");
+        return QMDB_E_FRACTIONS;
+    }
+    created.setComposition(composition::format(components));
+    return QMDB_OK;
+}
+
+bool CDatabase::isMatterNamePresent(std::string_view name)
+{
+    if (!matterNames_) {
+        std::unordered_set<std::string> names;
+        for (const auto& [id, matter] : matters_) {
+            names.emplace(matter.getName());
+        }
+        matterNames_ = std::move(names);
+    }
+    return matterNames_->contains(std::string(name));
+}
+
+int CDatabase::addPhase(long matterId, const PHASE& phase)
+{
+    CMatter* matter = nullptr;
+    if (const int code = findMatter(matterId, matter); code != QMDB_OK) {
+        return code;
+    }
+    const std::string name = conversions::fieldText(phase.name);
+    if (matter->isPhaseNamePresent(name)) {
+        log_.error("Cannot append a phase because a duplicated name, ", name);
+        return QMDB_E_DUPLICATE_NAME;
+    }
+    CPhase created(log_, *strings_);
+    created.path = makeEntityDir(*matter->path.directoryPart(), s_phasesDirsPrefix, s_phaseFilesExt);
+    matter->maxPhaseId = nextId(matter->maxPhaseId);
+    created.setID(matter->maxPhaseId);
+    created.setName(name);
+    created.setNameID(strings_->increaseMaxStringID());
+    created.setMatterState(phase.aggreg);
+    const int code = saveAndInsert(std::move(created), matter->phases, "New phase saved: ");
+    return code == QMDB_OK ? static_cast<int>(matter->maxPhaseId) : code;
+}
+
+int CDatabase::addPhaseChange(long matterId, const PHASECHANGE& phaseChange)
+{
+    CMatter* matter = nullptr;
+    if (const int code = findMatter(matterId, matter); code != QMDB_OK) {
+        return code;
+    }
+    const std::string name = conversions::fieldText(phaseChange.name);
+    if (matter->isPhaseChangeNamePresent(name)) {
+        log_.error("Cannot append a phase change because a duplicated name, ", name);
+        return QMDB_E_DUPLICATE_NAME;
+    }
+    CPhaseChange created(log_, *strings_);
+    created.path
+        = makeEntityDir(*matter->path.directoryPart(), s_phasesChangeDirsPrefix, s_phaseChangeFilesExt);
+    matter->maxPhaseChangeId = nextId(matter->maxPhaseChangeId);
+    created.setID(matter->maxPhaseChangeId);
+    created.setName(name);
+    created.setNameID(strings_->increaseMaxStringID());
+    created.setPhase1ID(phaseChange.phase1);
+    created.setPhase2ID(phaseChange.phase2);
+    const int code = saveAndInsert(std::move(created), matter->phaseChanges, "New phase change saved: ");
+    return code == QMDB_OK ? static_cast<int>(matter->maxPhaseChangeId) : code;
+}

@@ -1,0 +1,91 @@
+#include "database/CDatabase.h"
+
+#include "database/uniqueNames.h"
+#include "qm/CQMFileSystem.h"
+#include "qmdatabase/status.h"
+
+int CDatabase::addMatterParameter(long matterId, const PARAMETER& param, const IDbData* data)
+{
+    CMatter* matter = nullptr;
+    int code = findMatter(matterId, matter);
+    code = code == QMDB_OK ? checkParameter(param) : code;
+    if (code != QMDB_OK) {
+        return code;
+    }
+    if (matter->heads.has(param.id)) {
+        log_.error("Cannot append the parameter to substance because a parameter with such ID is already present, ",
+            param.id);
+        return QMDB_E_DUPLICATE_PARAMETER;
+    }
+    return saveParameter(*matter, matter->heads, param, data, "New substance parameter saved: ");
+}
+
+int CDatabase::addPhaseParameter(long matterId, long phaseId, const PARAMETER& param, const IDbData* data)
+{
+    CMatter* matter = nullptr;
+    int code = findMatter(matterId, matter);
+    code = code == QMDB_OK ? checkParameter(param) : code;
+    if (code != QMDB_OK) {
+        return code;
+    }
+    const auto found = matter->phases.find(phaseId);
+    if (found == matter->phases.end()) {
+        return QMDB_E_NOT_FOUND;
+    }
+    CPhase& phase = found->second;
+    if (!isParameterCorrectForPhase(param.id, phase.getAggreg())) {
+        log_.error("Incorrect parameter for the phase AS, ParamID=", param.id, "AS=", static_cast<int>(phase.getAggreg()));
+        return QMDB_E_STATE_NOT_ALLOWED;
+    }
+    if (phase.heads.has(param.id)) {
+        log_.error("Cannot append the parameter to phase because a parameter with such ID is already present, ",
+            param.id);
+        return QMDB_E_DUPLICATE_PARAMETER;
+    }
+    return saveParameter(phase, phase.heads, param, data, "New phase parameter saved: ");
+}
+
+/// The rules of the parameter's description that do not depend on the owner.
+int CDatabase::checkParameter(const PARAMETER& param) const
+{
+    if (!isParamIDCorrect(param.id)) {
+        log_.error("Incorrect parameter ID for addition, ", param.id);
+        return QMDB_E_UNKNOWN_PARAMETER;
+    }
+    if (!isParameterTypeCorrect(param.id, param.type)) {
+        log_.error("Incorrect parameter type for addition, ParamID=", param.id, "ParamType=", static_cast<int>(param.type));
+        return QMDB_E_TYPE_NOT_ALLOWED;
+    }
+    if (!isParameterVectorTypeCorrect(param.id, param.vector)) {
+        log_.error("Incorrect parameter scalar/vector type for addition, ParamID=", param.id, "Vector=",
+            static_cast<int>(param.vector));
+        return QMDB_E_VECTOR_NOT_ALLOWED;
+    }
+    return QMDB_OK;
+}
+
+/// Writes the data file, then the head that names it, and attaches the head to its owner.
+int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAMETER& param, const IDbData* data,
+    std::string_view successMessage)
+{
+    if (!data) {
+        return QMDB_E_NULL_POINTER;
+    }
+    const std::shared_ptr<const std::string> directory = owner.path.directoryPart();
+    CParameterData head(log_);
+    head.path = CFilePath(directory, uniqueName(*directory, s_paramFilePrefix, s_paramFileExt));
+    const std::string headPath = head.path.text();
+    head.setID(param.id);
+    head.setVector(param.vector);
+    head.setType(param.type);
+    head.setDataFileName(
+        std::string(qm::CQMFileSystem::ExtractName(headPath)) + std::string(s_paramDataFileExt));
+    // The head is saved either way; reading the value tells what became of the data file.
+    static_cast<void>(head.setData(*data));
+    if (const int code = head.saveFile(); code != QMDB_OK) {
+        return code;
+    }
+    log_.info(successMessage, headPath, ", ID=", param.id);
+    heads.add(std::move(head));
+    return QMDB_OK;
+}

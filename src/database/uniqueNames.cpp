@@ -1,0 +1,79 @@
+#include "database/uniqueNames.h"
+
+#include "files/conversions.h"
+#include "qm/CQMDirectoryListing.h"
+#include "qm/CQMFileSystem.h"
+#include "qm/CQMTranscoder.h"
+
+#include <charconv>
+#include <optional>
+#include <vector>
+
+namespace {
+
+/// The number between prefix and extension, when it is written as this file writes it.
+std::optional<std::size_t> numberIn(
+    std::string_view name, std::string_view prefix, std::string_view extension)
+{
+    if (name.size() <= prefix.size() + extension.size() || !name.starts_with(prefix) || !name.ends_with(extension)) {
+        return std::nullopt;
+    }
+    name.remove_prefix(prefix.size());
+    name.remove_suffix(extension.size());
+    std::size_t number = 0;
+    const auto result = std::from_chars(name.data(), name.data() + name.size(), number);
+    if (result.ec != std::errc() || result.ptr != name.data() + name.size() || name.front() == '0') {
+        return std::nullopt;
+    }
+    return number;
+}
+
+std::string nameOf(std::string_view prefix, std::size_t number, std::string_view extension)
+{
+    return std::string(prefix) + conversions::long2wstr(number) + std::string(extension);
+}
+
+/// For a directory that may be searched but not listed.
+std::string probe(std::string_view directory, std::string_view prefix, std::string_view extension)
+{
+    const std::string base = std::string(directory) + "/";
+    std::size_t number = 1;
+    while (qm::CQMFileSystem::Exists(base + nameOf(prefix, number, extension))) {
+        ++number;
+    }
+    return nameOf(prefix, number, extension);
+}
+
+} // namespace
+
+std::string uniqueName(std::string_view directory, std::string_view prefix, std::string_view extension)
+{
+    if (qm::CQMTranscoder::TextToAnsi(directory).empty()) {
+        return nameOf(prefix, 1, extension);
+    }
+    // The separator is part of the path even behind one that stands there already.
+    const qm::CQMDirectoryListing listing(std::string(directory) + "/");
+    if (!listing.isOpen()) {
+        return probe(directory, prefix, extension);
+    }
+    std::vector<std::size_t> taken;
+    qm::DirectoryEntry entry;
+    for (std::size_t position = 0; listing.next(position, entry);) {
+        const std::optional<std::size_t> number = numberIn(entry.name, prefix, extension);
+        if (number && entry.kind != qm::EntryKind::Missing) {
+            taken.push_back(*number);
+        }
+    }
+    // Of n numbers taken, at least one of 1 to n + 1 is free.
+    std::vector<bool> isTaken(taken.size() + 2);
+    for (const std::size_t number : taken) {
+        if (number < isTaken.size()) {
+            isTaken[number] = true;
+        }
+    }
+    std::size_t number = 1;
+    while (isTaken[number]) {
+        ++number;
+    }
+    return nameOf(prefix, number, extension);
+}

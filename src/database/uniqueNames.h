@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// `prefix` + the smallest positive number that makes a free name in a directory + `extension`.
+///
+/// Entries of any kind block a number, links to nothing do not. Nothing is created, so another writer
+/// may take the name meanwhile.
+std::string uniqueName(std::string_view directory, std::string_view prefix, std::string_view extension = {});

@@ -1,0 +1,99 @@
+#include "files/CDbFile.h"
+
+#include "files/descriptorLine.h"
+#include "files/CLineReader.h"
+#include "qm/CQMOutputFile.h"
+#include "qm/CQMTranscoder.h"
+#include "qmdatabase/status.h"
+
+#include <algorithm>
+
+CDbFile::CDbFile(CFilePath path, const CLog& log, bool regularFile)
+    : status(QMDB_E_READ)
+    , path(std::move(path))
+    , log_(&log)
+{
+    read(regularFile);
+}
+
+void CDbFile::read(bool regularFile)
+{
+    const std::string pathText = path.text();
+    qm::CQMInputFile file(pathText);
+    if (!file.isOpen()) {
+        log_->error("Cannot open file: ", pathText);
+        status = QMDB_E_FILE;
+        return;
+    }
+    CLineReader lines(file, regularFile);
+    CKeyMap::Builder entries;
+    std::string decoded;
+    for (bool first = true; status == QMDB_E_READ; first = false) {
+        std::string_view bytes;
+        const CLineReader::Result result = lines.next(bytes);
+        if (result == CLineReader::Result::Failed) {
+            log_->error("Cannot read from  file: ", pathText);
+            break;
+        }
+        if (first && bytes.starts_with(utf8Mark)) {
+            utf8 = true;
+            bytes.remove_prefix(utf8Mark.size());
+        }
+        const std::string_view line = decodeLine(bytes, utf8, decoded);
+        const std::size_t sign = line.find('=');
+        if (sign != std::string_view::npos) {
+            entries.add(line.substr(0, sign), line.substr(sign + 1));
+        } else if (!line.empty()) {
+            log_->error("File format error: ", pathText, "(", line, ")");
+        }
+        if (result == CLineReader::Result::TooLong) {
+            log_->error("File format error (line too long): ", pathText);
+        }
+        if (result == CLineReader::Result::TooLong || lines.hitEnd()) {
+            status = QMDB_OK;
+        }
+    }
+    keys_ = entries.finish();
+}
+
+std::string_view CDbFile::getParametr(std::string_view key, std::string_view defaultValue) const noexcept
+{
+    return keys_.find(key).value_or(defaultValue);
+}
+
+long CDbFile::getNumber(std::string_view key) const
+{
+    return conversions::wstr2long(getParametr(key));
+}
+
+void CDbFile::setNumber(std::string_view key, long number)
+{
+    setParametr(key, conversions::long2wstr(static_cast<unsigned long>(number)));
+}
+
+int CDbFile::saveFile() const
+{
+    std::string bytes(utf8Mark);
+    CKeyMap::Entry entry;
+    for (std::size_t position = 0; keys_.next(position, entry);) {
+        bytes += qm::CQMTranscoder::TextToUTF8(entry.key);
+        bytes += '=';
+        bytes += qm::CQMTranscoder::TextToUTF8(entry.value);
+        bytes += '\n';
+    }
+    const std::string pathText = path.text();
+    if (!qm::writeWholeFile(pathText, bytes)) {
+        log_->error("Cannot open file for write: ", pathText);
+        return QMDB_E_FILE;
+    }
+    return QMDB_OK;
+}
+
+void CDbFile::requireKeys(std::initializer_list<std::string_view> required)
+{
+    if (std::ranges::all_of(required, [this](std::string_view key) { return hasParametr(key); })) {
+        return;
+    }
+    status = QMDB_E_REQUIRED_KEY;
+    log_->error("No required field(s) in file: ", path.text());
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// The keys and values of one descriptor, in ascending order of key.
+///
+/// A database holds very many small maps, so one map is one block of memory: entry by entry a code
+/// for the key when it is one of the format's own (else the key itself), then the value's length and
+/// the value, all as inner text.
+class CKeyMap {
+public:
+    struct Entry {
+        std::string_view key;
+        std::string_view value;
+    };
+
+    /// The value under exactly this key; valid until the map changes.
+    std::optional<std::string_view> find(std::string_view key) const noexcept;
+
+    void set(std::string_view key, std::string_view value);
+
+    /// Delivers the entry at `position`, 0 at first, and moves on; false at the end.
+    bool next(std::size_t& position, Entry& entry) const noexcept;
+
+    /// Builds a map from entries in any order; of entries with one key the last stands.
+    class Builder {
+    public:
+        void add(std::string_view key, std::string_view value);
+        CKeyMap finish() const;
+
+    private:
+        std::string packed_;
+    };
+
+private:
+    explicit CKeyMap(std::string_view packed);
+
+    std::unique_ptr<char[]> packed_;
+    std::uint32_t size_ = 0;
+
+public:
+    CKeyMap() = default;
+};

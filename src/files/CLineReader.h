@@ -1,0 +1,46 @@
+#pragma once
+
+#include "qm/CQMInputFile.h"
+
+#include <array>
+#include <string_view>
+
+/// Cuts a file into lines as the database's files define them: the bytes up to the next LF, at most
+/// 1022. Decoding, the cut at a NUL and the CR at the end are the caller's.
+class CLineReader {
+public:
+    static constexpr std::size_t maxLineLength = 1022;
+
+    enum class Result {
+        Line,
+        TooLong, ///< the line's first 1022 bytes are delivered; reading must end here
+        Failed, ///< the file could not be read
+    };
+
+    /// `regularFile`: the file is known to be one, so that a short read marks its end.
+    CLineReader(qm::CQMInputFile& file, bool regularFile) noexcept
+        : file_(file)
+        , regularFile_(regularFile)
+    {
+    }
+
+    /// Delivers the next line, valid until the next call. After a last LF comes one empty line.
+    Result next(std::string_view& line) noexcept;
+
+    /// True when the line was ended by the file, not by an LF: there is none after it.
+    bool hitEnd() const noexcept { return hitEnd_; }
+
+    /// Most lines that are still to come; an estimate to size arrays by.
+    std::size_t linesAhead() noexcept;
+
+private:
+    bool fill() noexcept;
+
+    qm::CQMInputFile& file_;
+    bool regularFile_;
+    bool ended_ = false; ///< the file has no more bytes
+    bool hitEnd_ = false;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
+    std::array<char, 32 * 1024> buffer_;
+};

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "files/conversions.h"
+
+#include <concepts>
+#include <string>
+#include <string_view>
+
+/// The log of one open database: one line a message, in UTF-8. Nothing that goes wrong with it is
+/// ever reported.
+class CLog {
+public:
+    static constexpr std::string_view s_logFileName = "qmdb.log";
+
+    CLog(std::string_view logDir, bool logInfo)
+        : logDir_(logDir)
+        , logInfo_(logInfo)
+    {
+    }
+
+    /// Writes the parts, one after the other, as an error line. Numbers are written with "%lu".
+    template <class... Parts>
+    void error(const Parts&... parts) const
+    {
+        writeLogMessage(join(parts...), false);
+    }
+
+    /// The same as an informational line, which is written only when the host wants them.
+    template <class... Parts>
+    void info(const Parts&... parts) const
+    {
+        if (logInfo_) {
+            writeLogMessage(join(parts...), true);
+        }
+    }
+
+    /// A message that cannot be encoded is dropped.
+    void writeLogMessage(std::string_view message, bool info) const;
+
+    void deleteLogFile() const;
+
+private:
+    std::string getLogFileName() const;
+
+    template <class... Parts>
+    static std::string join(const Parts&... parts)
+    {
+        std::string message;
+        (append(message, parts), ...);
+        return message;
+    }
+    static void append(std::string& message, std::string_view part) { message += part; }
+    static void append(std::string& message, std::integral auto number)
+    {
+        message += conversions::long2wstr(static_cast<unsigned long>(number));
+    }
+
+    std::string logDir_;
+    bool logInfo_;
+};

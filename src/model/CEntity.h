@@ -1,0 +1,36 @@
+#pragma once
+
+#include "files/CLocalizer.h"
+
+/// What substances, phases, phase changes and parameter descriptions share: an ID and a name that the
+/// string table may localise. `localizer` must outlive the object.
+class CEntity : public CDbFile {
+public:
+    static constexpr std::string_view s_IDKey = "ID";
+    static constexpr std::string_view s_NameKey = "Name";
+    static constexpr std::string_view s_NameIDKey = "NameID";
+
+    CEntity(const CLog& log, CLocalizer& localizer) noexcept
+        : CDbFile(log)
+        , localizer_(&localizer)
+    {
+    }
+    CEntity(const FoundFile& file, const CLog& log, CLocalizer& localizer)
+        : CDbFile(file.path(), log, file.regular)
+        , localizer_(&localizer)
+    {
+    }
+
+    long getID() const { return getNumber(s_IDKey); }
+    std::string_view getName() const { return localizer_->textOf(*this, s_NameIDKey, s_NameKey); }
+
+    void setID(long id) { setNumber(s_IDKey, id); }
+    void setName(std::string_view name) { setParametr(s_NameKey, name); }
+    void setNameID(long id) { setNumber(s_NameIDKey, id); }
+
+protected:
+    CLocalizer& localizer() const noexcept { return *localizer_; }
+
+private:
+    CLocalizer* localizer_;
+};

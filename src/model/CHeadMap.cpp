@@ -1,0 +1,50 @@
+#include "model/CHeadMap.h"
+
+#include "model/entityMap.h"
+#include "qmdatabase/status.h"
+
+namespace {
+
+constexpr std::string_view headExtension = "prh";
+
+} // namespace
+
+int CHeadMap::load(CDirectory& directory, const CLog& log, const HeadMessages& messages)
+{
+    log.info(messages.search);
+    for (const FoundFile& file : CDbFile::getFilesList(log, directory, headExtension)) {
+        CParameterData head(file, log);
+        if (head.status != QMDB_OK) {
+            log.error("Cannot load parameter head file: ", head.path.text());
+            return head.status;
+        }
+        const long id = head.getID();
+        add(std::move(head));
+        log.info(messages.added, id);
+    }
+    log.info(messages.total, heads_.size());
+    return QMDB_OK;
+}
+
+int CHeadMap::list(PARAMETER*& params, int& count) const
+{
+    return listRecords(heads_, params, count, [](const CParameterData& head, PARAMETER& record) {
+        record.id = head.getID();
+        record.type = head.getType();
+        record.vector = head.isVector();
+    });
+}
+
+int CHeadMap::getParamData(long paramId, IDbData*& value) const
+{
+    value = nullptr;
+    const CParameterData* head = nullptr;
+    const int code = findEntity(heads_, paramId, head);
+    return code == QMDB_OK ? head->getData(value) : code;
+}
+
+void CHeadMap::add(CParameterData head)
+{
+    const long id = head.getID();
+    heads_.insert_or_assign(id, std::move(head));
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "model/CParameterData.h"
+
+#include <map>
+
+/// What a substance, a phase and a phase change each say while they load their heads.
+struct HeadMessages {
+    std::string_view search;
+    std::string_view added; ///< the ID follows
+    std::string_view total; ///< the number of heads follows
+};
+
+/// The parameter heads of one owner, by parameter ID.
+class CHeadMap {
+public:
+    /// Loads the heads that lie directly in the owner's directory; stops at the first bad one and
+    /// returns its code. Of heads with one ID the last stands.
+    int load(CDirectory& directory, const CLog& log, const HeadMessages& messages);
+
+    /// Lists the heads; -9 when there is none. Names and units stay empty.
+    int list(PARAMETER*& params, int& count) const;
+
+    /// Reads one value; -9 when there is no head at all, -2 when none has the ID.
+    int getParamData(long paramId, IDbData*& value) const;
+
+    bool has(long paramId) const { return heads_.contains(paramId); }
+    /// A head with the same ID is replaced.
+    void add(CParameterData head);
+
+private:
+    std::map<long, CParameterData> heads_;
+};

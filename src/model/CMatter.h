@@ -1,0 +1,52 @@
+#pragma once
+
+#include "model/CPhase.h"
+#include "model/CPhaseChange.h"
+
+#include <map>
+
+/// One substance of an open database, with its phases, phase changes and parameter heads.
+class CMatter : public CEntity {
+public:
+    static constexpr std::string_view s_MixtureKey = "Mixture";
+    static constexpr std::string_view s_CompositionKey = "Composition";
+    static constexpr std::string_view s_CommentKey = "Comment";
+    static constexpr std::string_view s_CommentIDKey = "CommentID";
+
+    /// An empty one to be filled and saved.
+    CMatter(const CLog& log, CLocalizer& localizer) noexcept
+        : CEntity(log, localizer)
+    {
+    }
+    /// Reads the descriptor and everything below its directory, up to the first child that fails.
+    CMatter(const FoundFile& file, const CLog& log, CLocalizer& localizer);
+
+    std::string_view getComment() const { return localizer().textOf(*this, s_CommentIDKey, s_CommentKey); }
+    long getMixture() const { return getNumber(s_MixtureKey); }
+    std::string_view getComposition() const noexcept { return getParametr(s_CompositionKey); }
+
+    void setComment(std::string_view comment) { setParametr(s_CommentKey, comment); }
+    void setCommentID(long id) { setNumber(s_CommentIDKey, id); }
+    void setMixture(long mixture) { setNumber(s_MixtureKey, mixture); }
+    void setComposition(std::string_view composition) { setParametr(s_CompositionKey, composition); }
+
+    int getPhases(PHASE*& records, int& count) const;
+    int getPhaseChanges(PHASECHANGE*& records, int& count) const;
+    int getPhaseParams(long phaseId, PARAMETER*& params, int& count) const;
+    int getPhaseChangeParams(long phaseChangeId, PARAMETER*& params, int& count) const;
+
+    /// The substance's own parameter when both IDs are -1, else the phase's, else the phase change's.
+    int getParamValue(long phaseId, long phaseChangeId, long paramId, IDbData*& value) const;
+
+    bool isPhaseNamePresent(std::string_view name) const;
+    bool isPhaseChangeNamePresent(std::string_view name) const;
+
+    CHeadMap heads;
+    std::map<long, CPhase> phases;
+    std::map<long, CPhaseChange> phaseChanges;
+    long maxPhaseId = -1;
+    long maxPhaseChangeId = -1;
+
+private:
+    int loadBelow(CDirectory& directory);
+};

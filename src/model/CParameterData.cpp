@@ -1,0 +1,88 @@
+#include "model/CParameterData.h"
+
+#include "qm/CQMFileSystem.h"
+#include "qmdatabase/status.h"
+#include "values/CDataFile.h"
+#include "values/formats.h"
+
+#include <memory>
+
+namespace {
+
+template <class Value>
+int loadAs(const CParameterData& head, const std::string& path, PARAM_TYPE type, IDbData*& result)
+{
+    auto value = std::make_unique<Value>();
+    value->type = type;
+    value->isVector = head.isVector();
+    const int code = values::load(head, path, *value);
+    if (code == QMDB_OK) {
+        result = value.release();
+    }
+    return code;
+}
+
+template <class Value>
+int saveAs(const CParameterData& head, const std::string& path, const IDbData& value)
+{
+    // Never dynamic_cast: the value may be a C host's structure.
+    return values::save(head, path, static_cast<const Value&>(value));
+}
+
+} // namespace
+
+CParameterData::CParameterData(const FoundFile& file, const CLog& log)
+    : CDbFile(file.path(), log, file.regular)
+{
+    if (status == QMDB_OK) {
+        requireKeys({ s_IDKey, s_VectorKey, s_TypeKey, s_DataKey });
+    }
+}
+
+int CParameterData::getData(IDbData*& result) const
+{
+    result = nullptr;
+    const std::string dataPath = dataFilePath();
+    const PARAM_TYPE type = getType();
+    switch (type) {
+    case PARAM_TYPE_CONSTANT:
+        return isVector() ? loadAs<IDbDataConstVector>(*this, dataPath, type, result)
+                          : loadAs<IDbDataConst>(*this, dataPath, type, result);
+    case PARAM_TYPE_TABLE_T:
+    case PARAM_TYPE_TABLE_P:
+        return isVector() ? loadAs<IDbDataTableVector>(*this, dataPath, type, result)
+                          : loadAs<IDbDataTable>(*this, dataPath, type, result);
+    case PARAM_TYPE_TABLE2D_T:
+    case PARAM_TYPE_TABLE2D_X:
+        return isVector() ? loadAs<IDbDataTable2DVector>(*this, dataPath, type, result)
+                          : loadAs<IDbDataTable2D>(*this, dataPath, type, result);
+    default:
+        // A missing file is told before a type that nothing reads.
+        return qm::CQMFileSystem::Exists(dataPath) ? QMDB_E_NOT_FOUND : values::tellMissing(log(), dataPath);
+    }
+}
+
+int CParameterData::setData(const IDbData& value) const
+{
+    const std::string dataPath = dataFilePath();
+    switch (getType()) {
+    case PARAM_TYPE_CONSTANT:
+        return isVector() ? saveAs<IDbDataConstVector>(*this, dataPath, value)
+                          : saveAs<IDbDataConst>(*this, dataPath, value);
+    case PARAM_TYPE_TABLE_T:
+    case PARAM_TYPE_TABLE_P:
+        return isVector() ? saveAs<IDbDataTableVector>(*this, dataPath, value)
+                          : saveAs<IDbDataTable>(*this, dataPath, value);
+    case PARAM_TYPE_TABLE2D_T:
+    case PARAM_TYPE_TABLE2D_X:
+        return isVector() ? saveAs<IDbDataTable2DVector>(*this, dataPath, value)
+                          : saveAs<IDbDataTable2D>(*this, dataPath, value);
+    default:
+        return QMDB_E_NOT_FOUND;
+    }
+}
+
+std::string CParameterData::dataFilePath() const
+{
+    return *path.directoryPart() + "/" + std::string(getDataFileName());
+}

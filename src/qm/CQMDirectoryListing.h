@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qm {
+
+/// What an entry of a directory is, as far as scans ask.
+enum class EntryKind : char {
+    Directory, ///< a directory, or a link to one; block devices and sockets count as directories too
+    RegularFile,
+    OtherFile, ///< a link to a file, a FIFO and the like
+    Missing, ///< a link to nothing: listed among the files, but nothing stands there
+};
+
+struct DirectoryEntry {
+    std::string_view name; ///< inner text; empty when the locale cannot convert it
+    EntryKind kind = EntryKind::Missing;
+};
+
+/// The entries of one directory, read at once in the system's order, without "." and "..".
+class CQMDirectoryListing {
+public:
+    /// A directory that cannot be opened has no entries. One "/" or "\" at the end of the path is
+    /// removed. Throws EQMException when the path is empty in the locale's encoding.
+    explicit CQMDirectoryListing(std::string_view directory);
+
+    /// False when the directory could not be opened.
+    bool isOpen() const noexcept { return open_; }
+
+    /// Delivers the entry at `position`, 0 at first, and moves on; false at the end.
+    bool next(std::size_t& position, DirectoryEntry& entry) const noexcept;
+
+private:
+    /// One entry after the other: its kind, its name, NUL.
+    std::string packed_;
+    bool open_ = false;
+};
+
+/// Steps through the entries of a listing that are files, or that are directories, and match a mask.
+class CQMDirectoryScanner {
+public:
+    /// The mask "*" matches every entry; any other is an extension without its point, case-sensitive.
+    CQMDirectoryScanner(const CQMDirectoryListing& listing, std::string_view mask, bool directories) noexcept
+        : listing_(listing)
+        , mask_(mask)
+        , directories_(directories)
+    {
+    }
+
+    /// Delivers the next matching entry; false when there is none left.
+    bool GetNext(DirectoryEntry& entry) noexcept;
+
+private:
+    const CQMDirectoryListing& listing_;
+    std::string_view mask_;
+    bool directories_;
+    std::size_t position_ = 0;
+};
+
+} // namespace qm

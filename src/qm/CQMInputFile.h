@@ -1,0 +1,32 @@
+#pragma once
+
+#include "qm/handles.h"
+
+#include <cstddef>
+#include <string_view>
+#include <sys/types.h>
+
+namespace qm {
+
+/// A file open for reading.
+///
+/// It is opened without waiting, so that a FIFO among the files cannot hang the host.
+class CQMInputFile {
+public:
+    /// `path` is inner text; ask isOpen() for the outcome.
+    explicit CQMInputFile(std::string_view path);
+
+    bool isOpen() const noexcept { return static_cast<bool>(file_); }
+
+    /// Reads up to `size` bytes: their number, 0 at the end of the file, -1 when reading fails.
+    ssize_t read(char* to, std::size_t size) noexcept;
+
+    /// Counts the line ends that are still to be read without moving on; 0 when that cannot be told.
+    std::size_t countLineEndsAhead() const;
+
+private:
+    FileHandle file_;
+    off_t offset_ = 0;
+};
+
+} // namespace qm

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "qm/handles.h"
+
+#include <string>
+#include <string_view>
+
+namespace qm {
+
+/// A file being written in place: made when missing, emptied when present.
+class CQMOutputFile {
+public:
+    /// `path` is inner text; ask isOpen() for the outcome.
+    explicit CQMOutputFile(std::string_view path);
+
+    bool isOpen() const noexcept { return static_cast<bool>(file_); }
+
+    /// Collects bytes and writes them in pieces.
+    void append(std::string_view bytes);
+
+    /// Writes what is left and flushes the file to the disk; false when anything went wrong.
+    bool finish();
+
+private:
+    void writeOut();
+
+    FileHandle file_;
+    std::string pending_;
+    bool good_ = true;
+};
+
+/// Writes a whole file so that it appears at `path` complete or not at all, flushed to the disk.
+///
+/// Where nothing stands at `path`, the bytes are written beside it and moved into place without
+/// replacing what may have appeared there meanwhile; what stands there already is written in place.
+/// False when the file does not stand complete; a half-made one is removed.
+bool writeWholeFile(std::string_view path, std::string_view bytes);
+
+/// Appends bytes to a file in one piece, making it when missing. Never waits; failures are ignored.
+void appendToFile(std::string_view path, std::string_view bytes);
+
+/// Flushes a directory's entries to the disk; the empty path is the current directory. True as well
+/// where the file system has no such operation, else false with errno set.
+bool flushDirectory(std::string_view directory);
+
+} // namespace qm

@@ -1,0 +1,94 @@
+#include "qm/text.h"
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+namespace qm::text {
+
+namespace {
+
+constexpr unsigned continuationBits = 6;
+
+/// Bytes that a code point of 0x80 or more takes: 2 for 11 bits, then 5 bits more a byte; 7 at most.
+unsigned lengthOf(char32_t codePoint) noexcept
+{
+    const auto bits = static_cast<unsigned>(std::bit_width(static_cast<std::uint32_t>(codePoint)));
+    return bits <= 11 ? 2 : (bits + 3) / 5;
+}
+
+} // namespace
+
+bool isAscii(std::string_view text) noexcept
+{
+    constexpr std::uint64_t highBits = 0x8080808080808080;
+    const char* at = text.data();
+    std::size_t left = text.size();
+    for (; left >= sizeof highBits; left -= sizeof highBits, at += sizeof highBits) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, at, sizeof word);
+        if (word & highBits) {
+            return false;
+        }
+    }
+    unsigned char all = 0;
+    for (; left > 0; --left, ++at) {
+        all |= static_cast<unsigned char>(*at);
+    }
+    return all < 0x80;
+}
+
+void append(std::string& text, char32_t codePoint)
+{
+    if (codePoint < 0x80) {
+        text += static_cast<char>(codePoint);
+        return;
+    }
+    const unsigned length = lengthOf(codePoint);
+    const std::uint64_t value = codePoint;
+    unsigned shift = continuationBits * (length - 1);
+    const unsigned mark = 0xFFu << (8 - length) & 0xFFu;
+    text += static_cast<char>(mark | (value >> shift));
+    while (shift > 0) {
+        shift -= continuationBits;
+        text += static_cast<char>(0x80 | (value >> shift & 0x3F));
+    }
+}
+
+std::string fromWide(std::wstring_view wide)
+{
+    std::string text;
+    text.reserve(wide.size());
+    for (const wchar_t c : wide) {
+        append(text, static_cast<char32_t>(c));
+    }
+    return text;
+}
+
+std::wstring toWide(std::string_view text)
+{
+    std::wstring wide;
+    wide.reserve(text.size());
+    while (!text.empty()) {
+        wide += static_cast<wchar_t>(takeFirst(text));
+    }
+    return wide;
+}
+
+char32_t takeFirst(std::string_view& text) noexcept
+{
+    const auto lead = static_cast<unsigned char>(text.front());
+    if (lead < 0x80) {
+        text.remove_prefix(1);
+        return lead;
+    }
+    const auto length = static_cast<unsigned>(std::countl_one(lead));
+    std::uint64_t value = length < 7 ? lead & (0x7Fu >> length) : 0;
+    for (unsigned i = 1; i < length; ++i) {
+        value = value << continuationBits | (static_cast<unsigned char>(text[i]) & 0x3F);
+    }
+    text.remove_prefix(length);
+    return static_cast<char32_t>(value);
+}
+
+} // namespace qm::text

@@ -1,0 +1,82 @@
+#include "values/CDataFile.h"
+
+#include "files/descriptorLine.h"
+#include "qm/CQMFileSystem.h"
+#include "qmdatabase/status.h"
+
+namespace values {
+
+int tellMissing(const CLog& log, std::string_view path)
+{
+    log.error("Parameter data file doesn't exists: ", path);
+    return QMDB_E_NO_DATA_FILE;
+}
+
+CDataFile::CDataFile(const CLog& log, const std::string& path)
+    : log_(log)
+    , path_(path)
+    , file_(path)
+    , lines_(file_, false)
+    , plainNumbersAllowed_(conversions::plainNumbersAllowed())
+{
+}
+
+int CDataFile::checkOpen() const
+{
+    if (file_.isOpen()) {
+        return QMDB_OK;
+    }
+    if (!qm::CQMFileSystem::Exists(path_)) {
+        return tellMissing(log_, path_);
+    }
+    log_.error("Cannot open parameter data file: ", path_);
+    return QMDB_E_FILE;
+}
+
+int CDataFile::next()
+{
+    isDecoded_ = false;
+    if (lines_.next(bytes_) == CLineReader::Result::Line) {
+        return QMDB_OK;
+    }
+    log_.error("Cannot read parameter data file: ", path_);
+    return QMDB_E_READ;
+}
+
+bool CDataFile::readPlainNumbers(std::span<double> numbers) const noexcept
+{
+    if (!plainNumbersAllowed_) {
+        return false;
+    }
+    std::string_view rest = bytes_;
+    for (double& number : numbers) {
+        if (&number != numbers.data()) {
+            if (!rest.starts_with(' ')) {
+                return false;
+            }
+            do {
+                rest.remove_prefix(1);
+            } while (rest.starts_with(' '));
+        }
+        if (!conversions::takePlainNumber(rest, number)) {
+            return false;
+        }
+    }
+    return rest.empty() || rest == "\r";
+}
+
+std::string_view CDataFile::text()
+{
+    if (!isDecoded_) {
+        text_ = decodeLine(bytes_, false, decoded_);
+        isDecoded_ = true;
+    }
+    return text_;
+}
+
+bool CDataFile::isSkipped()
+{
+    return text().empty() || text().starts_with('#');
+}
+
+} // namespace values

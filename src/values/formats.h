@@ -1,0 +1,32 @@
+#pragma once
+
+#include "files/CDbFile.h"
+#include "qmdatabase/values.h"
+
+#include <string>
+
+/// Reading and writing the data files of the six kinds of value.
+///
+/// `head` is the parameter head that names the data file: faults are written to its log, and its path
+/// stands in the message about a file that cannot be written.
+namespace values {
+
+/// Each load fills an empty value and returns 0, or a code after writing the reason to the log; what
+/// was filled by then belongs to the value.
+int load(const CDbFile& head, const std::string& path, IDbDataConst& value);
+int load(const CDbFile& head, const std::string& path, IDbDataConstVector& value);
+int load(const CDbFile& head, const std::string& path, IDbDataTable& value);
+int load(const CDbFile& head, const std::string& path, IDbDataTableVector& value);
+int load(const CDbFile& head, const std::string& path, IDbDataTable2D& value);
+int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& value);
+
+/// Each save writes the data file in place and flushes it to the disk; -6 when it cannot be opened.
+/// What goes wrong after that is not reported. Nothing is checked: rows are written as they are.
+int save(const CDbFile& head, const std::string& path, const IDbDataConst& value);
+int save(const CDbFile& head, const std::string& path, const IDbDataConstVector& value);
+int save(const CDbFile& head, const std::string& path, const IDbDataTable& value);
+int save(const CDbFile& head, const std::string& path, const IDbDataTableVector& value);
+int save(const CDbFile& head, const std::string& path, const IDbDataTable2D& value);
+int save(const CDbFile& head, const std::string& path, const IDbDataTable2DVector& value);
+
+} // namespace values

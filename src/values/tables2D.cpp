@@ -1,0 +1,171 @@
+#include "values/CRowReader.h"
+#include "values/formats.h"
+#include "values/writing.h"
+
+namespace values {
+
+namespace {
+
+constexpr std::string_view firstArgKey = "P=";
+
+/// Reads the subtables of one file.
+template <class Row>
+class CSubtableReader {
+public:
+    CSubtableReader(const CLog& log, const std::string& path)
+        : log_(log)
+        , file_(log, path)
+    {
+    }
+
+    int read()
+    {
+        if (const int code = file_.checkOpen(); code != QMDB_OK) {
+            return code;
+        }
+        do {
+            int code = file_.next();
+            code = code == QMDB_OK ? takeLine() : code;
+            if (code != QMDB_OK) {
+                return code;
+            }
+        } while (!file_.hitEnd());
+        if (const int code = closeSubtable(); code != QMDB_OK) {
+            return code;
+        }
+        return subtables_.empty() ? QMDB_E_EMPTY : QMDB_OK;
+    }
+
+    template <class Table>
+    void handOver(Table& table)
+    {
+        using Subtable = std::remove_pointer_t<decltype(table.subtables)>;
+        auto records = std::make_unique<Subtable[]>(subtables_.size());
+        for (std::size_t i = 0; i < subtables_.size(); ++i) {
+            records[i].firstArg = subtables_[i].firstArg;
+            records[i].count = subtables_[i].count;
+            records[i].rows = subtables_[i].rows.release();
+        }
+        table.count = static_cast<long>(subtables_.size());
+        table.subtables = records.release();
+    }
+
+private:
+    struct CSubtable {
+        double firstArg;
+        long count;
+        std::unique_ptr<Row[]> rows;
+    };
+
+    int takeLine()
+    {
+        Row row;
+        if (file_.readPlainNumbers(numbersOf(row))) {
+            return takeRow(&row);
+        }
+        if (file_.isSkipped()) {
+            return QMDB_OK;
+        }
+        return file_.text().starts_with(firstArgKey) ? takeHeader() : takeRow(nullptr);
+    }
+
+    int takeRow(const Row* plain)
+    {
+        if (file_.hitEnd()) {
+            return QMDB_OK; // a last row without a line end does not count
+        }
+        if (!hasFirstArg_) {
+            // Rows that no first argument belongs to are refused.
+            log_.error("Bad table format [0]: ", file_.text(), " (", file_.path(), ")");
+            return QMDB_E_FORMAT;
+        }
+        rows_.take(file_, plain);
+        return tellsFaultsAtOnce<Row> && rows_.failed() ? rows_.tellFault(log_) : QMDB_OK;
+    }
+
+    int takeHeader()
+    {
+        if (const int code = closeSubtable(); code != QMDB_OK || file_.hitEnd()) {
+            return code;
+        }
+        const auto number = conversions::wstr2double(file_.text().substr(firstArgKey.size()));
+        if (!number) {
+            log_.error("First arg value error [0]: ", file_.text(), " (", file_.path(), ")");
+            return QMDB_E_NUMBER;
+        }
+        firstArg_ = *number;
+        hasFirstArg_ = true;
+        return QMDB_OK;
+    }
+
+    /// A header without rows leaves nothing behind.
+    int closeSubtable()
+    {
+        const std::size_t count = rows_.count();
+        if (count == 0) {
+            return QMDB_OK;
+        }
+        log_.info(count, " data lines subtable loaded");
+        if (rows_.failed()) {
+            return rows_.tellFault(log_);
+        }
+        subtables_.push_back({ firstArg_, static_cast<long>(count), rows_.takeRows() });
+        // Subtables of one file are mostly of one length.
+        rows_ = CRowReader<Row>(count);
+        return QMDB_OK;
+    }
+
+    const CLog& log_;
+    CDataFile file_;
+    CRowReader<Row> rows_ { 0 };
+    std::vector<CSubtable> subtables_;
+    double firstArg_ = 0;
+    bool hasFirstArg_ = false;
+};
+
+template <class Row, class Table>
+int loadTable(const CLog& log, const std::string& path, Table& table)
+{
+    CSubtableReader<Row> reader(log, path);
+    if (const int code = reader.read(); code != QMDB_OK) {
+        return code;
+    }
+    reader.handOver(table);
+    log.info(table.count, " subtables loaded");
+    return QMDB_OK;
+}
+
+template <class Table>
+int saveTable(const CDbFile& head, const std::string& path, const Table& table)
+{
+    return write(head, path, [&](CDataWriter& file) {
+        for (long i = 0; table.subtables && i < table.count; ++i) {
+            file.line({ table.subtables[i].firstArg }, firstArgKey);
+            file.rows(table.subtables[i].rows, table.subtables[i].count);
+        }
+    });
+}
+
+} // namespace
+
+int load(const CDbFile& head, const std::string& path, IDbDataTable2D& value)
+{
+    return loadTable<TABLEROW>(head.log(), path, value);
+}
+
+int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& value)
+{
+    return loadTable<TABLEROWVECT>(head.log(), path, value);
+}
+
+int save(const CDbFile& head, const std::string& path, const IDbDataTable2D& value)
+{
+    return saveTable(head, path, value);
+}
+
+int save(const CDbFile& head, const std::string& path, const IDbDataTable2DVector& value)
+{
+    return saveTable(head, path, value);
+}
+
+} // namespace values

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "files/CDbFile.h"
+#include "qm/CQMFileSystem.h"
+#include "qm/CQMOutputFile.h"
+#include "qmdatabase/status.h"
+#include "qmdatabase/values.h"
+
+#include <initializer_list>
+
+namespace values {
+
+/// Writes the lines of a data file.
+class CDataWriter {
+public:
+    explicit CDataWriter(qm::CQMOutputFile& file) noexcept
+        : file_(file)
+    {
+    }
+
+    void line(std::initializer_list<double> numbers, std::string_view prefix = {})
+    {
+        std::string text(prefix);
+        for (const double number : numbers) {
+            text += &number == numbers.begin() ? "" : " ";
+            text += conversions::double2wstr(number);
+        }
+        file_.append(text + "\n");
+    }
+
+    /// Nothing when there are no rows, whatever the count says.
+    void rows(const TABLEROW* rows, long count)
+    {
+        for (long i = 0; rows && i < count; ++i) {
+            line({ rows[i].x, rows[i].y });
+        }
+    }
+    void rows(const TABLEROWVECT* rows, long count)
+    {
+        for (long i = 0; rows && i < count; ++i) {
+            line({ rows[i].x, rows[i].vx, rows[i].vy, rows[i].vz });
+        }
+    }
+
+private:
+    qm::CQMOutputFile& file_;
+};
+
+/// Opens a data file, lets `fill` write it, and flushes it and its directory to the disk.
+template <class Fill>
+int write(const CDbFile& head, const std::string& path, Fill&& fill)
+{
+    qm::CQMOutputFile file(path);
+    if (!file.isOpen()) {
+        // The head's path, not the data file's: hosts match on this message.
+        head.log().error("Cannot open file for write: ", head.path.text());
+        return QMDB_E_FILE;
+    }
+    CDataWriter writer(file);
+    fill(writer);
+    // Errors after a successful open have no code; reading the value tells.
+    static_cast<void>(file.finish());
+    static_cast<void>(qm::flushDirectory(qm::CQMFileSystem::ExtractDir(path)));
+    return QMDB_OK;
+}
+
+} // namespace values
