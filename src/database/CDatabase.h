@@ -76,7 +76,7 @@ private:
     const CParameter* findParameter(long paramId) const;
     int fillMatter(const CMatter& matter, MATTER& record) const;
     int fillComposition(const CMatter& matter, MATTER& record) const;
-    int expandParamsList(int code, PARAMETER* params, int count) const;
+    void expandParamsList(PARAMETER* params, int count) const;
 
     bool isMatterNamePresent(std::string_view name);
     int setComposition(CMatter& created, const MATTER& matter) const;

@@ -78,8 +78,10 @@ int CDatabase::getMatterParams(long matterId, PARAMETER*& params, int& count) co
     params = nullptr;
     count = 0;
     const CMatter* matter = nullptr;
-    const int code = findMatter(matterId, matter);
-    return expandParamsList(code == QMDB_OK ? matter->heads.list(params, count) : code, params, count);
+    int code = findMatter(matterId, matter);
+    code = code == QMDB_OK ? matter->heads.list(params, count) : code;
+    expandParamsList(params, count);
+    return code;
 }
 
 int CDatabase::getPhaseParams(long matterId, long phaseId, PARAMETER*& params, int& count) const
@@ -87,9 +89,10 @@ int CDatabase::getPhaseParams(long matterId, long phaseId, PARAMETER*& params, i
     params = nullptr;
     count = 0;
     const CMatter* matter = nullptr;
-    const int code = findMatter(matterId, matter);
-    return expandParamsList(
-        code == QMDB_OK ? matter->getPhaseParams(phaseId, params, count) : code, params, count);
+    int code = findMatter(matterId, matter);
+    code = code == QMDB_OK ? matter->getPhaseParams(phaseId, params, count) : code;
+    expandParamsList(params, count);
+    return code;
 }
 
 int CDatabase::getPhaseChangeParams(long matterId, long phaseChangeId, PARAMETER*& params, int& count) const
@@ -97,21 +100,21 @@ int CDatabase::getPhaseChangeParams(long matterId, long phaseChangeId, PARAMETER
     params = nullptr;
     count = 0;
     const CMatter* matter = nullptr;
-    const int code = findMatter(matterId, matter);
-    return expandParamsList(
-        code == QMDB_OK ? matter->getPhaseChangeParams(phaseChangeId, params, count) : code, params, count);
+    int code = findMatter(matterId, matter);
+    code = code == QMDB_OK ? matter->getPhaseChangeParams(phaseChangeId, params, count) : code;
+    expandParamsList(params, count);
+    return code;
 }
 
-/// Adds name and units to the records of a list; hands the list's code on.
-int CDatabase::expandParamsList(int code, PARAMETER* params, int count) const
+/// Adds name and units to the records of a list.
+void CDatabase::expandParamsList(PARAMETER* params, int count) const
 {
-    for (int i = 0; code == QMDB_OK && i < count; ++i) {
+    for (int i = 0; i < count; ++i) {
         if (const CParameter* description = findParameter(params[i].id)) {
             conversions::copyWStringToWtchar(description->getName(), params[i].name);
             conversions::copyWStringToWtchar(description->getUnits(), params[i].units);
         }
     }
-    return code;
 }
 
 int CDatabase::getParamValue(

@@ -8,18 +8,26 @@
 
 #include <algorithm>
 
-CDbFile::CDbFile(CFilePath path, const CLog& log, bool regularFile)
+CDbFile::CDbFile(const FoundFile& file, const CLog& log)
+    : status(QMDB_E_READ)
+    , path(file.path())
+    , log_(&log)
+{
+    read(file.directory->base(), file.regular);
+}
+
+CDbFile::CDbFile(CFilePath path, const CLog& log)
     : status(QMDB_E_READ)
     , path(std::move(path))
     , log_(&log)
 {
-    read(regularFile);
+    read({}, false);
 }
 
-void CDbFile::read(bool regularFile)
+void CDbFile::read(qm::PathBase base, bool regularFile)
 {
     const std::string pathText = path.text();
-    qm::CQMInputFile file(pathText);
+    qm::CQMInputFile file(pathText, base);
     if (!file.isOpen()) {
         log_->error("Cannot open file: ", pathText);
         status = QMDB_E_FILE;
@@ -56,17 +64,17 @@ void CDbFile::read(bool regularFile)
     keys_ = entries.finish();
 }
 
-std::string_view CDbFile::getParametr(std::string_view key, std::string_view defaultValue) const noexcept
+std::string_view CDbFile::getParametr(CKey key, std::string_view defaultValue) const noexcept
 {
     return keys_.find(key).value_or(defaultValue);
 }
 
-long CDbFile::getNumber(std::string_view key) const
+long CDbFile::getNumber(CKey key) const
 {
     return conversions::wstr2long(getParametr(key));
 }
 
-void CDbFile::setNumber(std::string_view key, long number)
+void CDbFile::setNumber(CKey key, long number)
 {
     setParametr(key, conversions::long2wstr(static_cast<unsigned long>(number)));
 }
@@ -89,9 +97,9 @@ int CDbFile::saveFile() const
     return QMDB_OK;
 }
 
-void CDbFile::requireKeys(std::initializer_list<std::string_view> required)
+void CDbFile::requireKeys(std::initializer_list<CKey> required)
 {
-    if (std::ranges::all_of(required, [this](std::string_view key) { return hasParametr(key); })) {
+    if (std::ranges::all_of(required, [this](CKey key) { return hasParametr(key); })) {
         return;
     }
     status = QMDB_E_REQUIRED_KEY;

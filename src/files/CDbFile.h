@@ -43,7 +43,8 @@ public:
     }
 
     /// Reads the file; `status` tells how it went.
-    CDbFile(CFilePath path, const CLog& log, bool regularFile);
+    CDbFile(const FoundFile& file, const CLog& log);
+    CDbFile(CFilePath path, const CLog& log);
 
     int status = 0;
     /// True when the file that was read began with a UTF-8 mark.
@@ -53,15 +54,15 @@ public:
     const CLog& log() const noexcept { return *log_; }
 
     /// The value under a key, or the default; valid until the key map changes.
-    std::string_view getParametr(std::string_view key, std::string_view defaultValue = {}) const noexcept;
-    void setParametr(std::string_view key, std::string_view value) { keys_.set(key, value); }
-    bool hasParametr(std::string_view key) const noexcept { return keys_.find(key).has_value(); }
+    std::string_view getParametr(CKey key, std::string_view defaultValue = {}) const noexcept;
+    void setParametr(CKey key, std::string_view value) { keys_.set(key.text(), value); }
+    bool hasParametr(CKey key) const noexcept { return keys_.find(key).has_value(); }
 
     /// A value read with "%ld"; 0 when the key is missing or no number can be read.
-    long getNumber(std::string_view key) const;
-    void setNumber(std::string_view key, long number);
+    long getNumber(CKey key) const;
+    void setNumber(CKey key, long number);
     /// True exactly when the value is the one character "1".
-    bool getFlag(std::string_view key) const noexcept { return getParametr(key) == "1"; }
+    bool getFlag(CKey key) const noexcept { return getParametr(key) == "1"; }
 
     const CKeyMap& keys() const noexcept { return keys_; }
 
@@ -78,10 +79,10 @@ public:
 
 protected:
     /// Sets the status to "a required key is missing" and says so unless all keys are present.
-    void requireKeys(std::initializer_list<std::string_view> required);
+    void requireKeys(std::initializer_list<CKey> required);
 
 private:
-    void read(bool regularFile);
+    void read(qm::PathBase base, bool regularFile);
 
     const CLog* log_;
     CKeyMap keys_;

@@ -22,20 +22,26 @@ public:
     /// Throws EQMException when the path is empty in the locale's encoding.
     const qm::CQMDirectoryListing& entries();
 
+    /// The open directory that paths of files in this one may start from.
+    qm::PathBase base() const noexcept;
+
     /// The directories in this one. Their paths are this path, "/" and their names.
     std::vector<CDirectory>& subdirectories();
 
     /// The name of a directory that subdirectories() delivered.
     std::string_view name() const noexcept { return std::string_view(*path_).substr(nameAt_); }
 
-    /// Frees all listings.
+    /// Frees all listings and closes what stayed open.
     void forget();
 
 private:
-    CDirectory(const std::string& parent, std::string_view name);
+    CDirectory(const CDirectory& parent, std::string_view name);
 
     std::shared_ptr<const std::string> path_;
     std::size_t nameAt_ = 0;
+    const CDirectory* parent_ = nullptr;
+    bool staysOpen_ = true; ///< once it has been listed
+    qm::FileHandle handle_;
     std::optional<qm::CQMDirectoryListing> entries_;
     std::optional<std::vector<CDirectory>> subdirectories_;
 };

@@ -15,7 +15,12 @@ public:
     }
 
     /// Directory, "/" and name.
-    std::string text() const { return *directory_ + "/" + name_; }
+    std::string text() const
+    {
+        std::string path;
+        path.reserve(directory_->size() + 1 + name_.size());
+        return path.append(*directory_).append(1, '/').append(name_);
+    }
 
     /// The directory part of text(). That is not always the directory that the path was made of: a
     /// backslash in the name separates as well.

@@ -2,20 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 namespace {
 
-constexpr std::array<std::string_view, 19> knownKeys = { "Aggreg", "AvForPhases", "Binary", "Comment",
-    "CommentID", "Composition", "Data", "DataTypes", "ID", "Mixture", "Name", "NameID", "Phase1", "Phase2",
-    "Scalar", "Type", "Units", "UnitsID", "Vector" };
-constexpr char otherKey = '\xFF';
-
-char codeOf(std::string_view key) noexcept
-{
-    const auto at = std::lower_bound(knownKeys.begin(), knownKeys.end(), key);
-    return at != knownKeys.end() && *at == key ? static_cast<char>(at - knownKeys.begin()) : otherKey;
-}
+constexpr unsigned char otherKey = CKey::otherKey;
 
 /// Lengths are written seven bits a byte, the lowest first; a set high bit says that more follow.
 void appendText(std::string& packed, std::string_view text)
@@ -30,14 +22,10 @@ void appendText(std::string& packed, std::string_view text)
 
 std::string_view takeText(const char*& at) noexcept
 {
-    std::size_t length = 0;
-    unsigned shift = 0;
-    unsigned char byte = 0;
-    do {
-        byte = static_cast<unsigned char>(*at++);
-        length |= static_cast<std::size_t>(byte & 0x7F) << shift;
-        shift += 7;
-    } while (byte & 0x80);
+    std::size_t length = static_cast<unsigned char>(*at++);
+    for (unsigned shift = 7; length >> shift != 0; shift += 7) {
+        length = (length ^ std::size_t { 1 } << shift) | static_cast<std::size_t>(static_cast<unsigned char>(*at++)) << shift;
+    }
     const std::string_view text(at, length);
     at += length;
     return text;
@@ -45,8 +33,8 @@ std::string_view takeText(const char*& at) noexcept
 
 void appendEntry(std::string& packed, CKeyMap::Entry entry)
 {
-    const char code = codeOf(entry.key);
-    packed += code;
+    const unsigned char code = CKey(entry.key).code();
+    packed += static_cast<char>(code);
     if (code == otherKey) {
         appendText(packed, entry.key);
     }
@@ -55,9 +43,20 @@ void appendEntry(std::string& packed, CKeyMap::Entry entry)
 
 CKeyMap::Entry takeEntry(const char*& at) noexcept
 {
-    const char code = *at++;
-    const std::string_view key = code == otherKey ? takeText(at) : knownKeys[static_cast<std::size_t>(code)];
+    const auto code = static_cast<unsigned char>(*at++);
+    const std::string_view key = code == otherKey ? takeText(at) : CKey::textOf(code);
     return { key, takeText(at) };
+}
+
+/// Compares the keys of two packed entries.
+bool isBefore(const char* a, const char* b) noexcept
+{
+    const auto codeA = static_cast<unsigned char>(*a);
+    const auto codeB = static_cast<unsigned char>(*b);
+    if (codeA != otherKey && codeB != otherKey) {
+        return codeA < codeB; // the known keys are in ascending order
+    }
+    return takeEntry(a).key < takeEntry(b).key;
 }
 
 } // namespace
@@ -69,12 +68,18 @@ CKeyMap::CKeyMap(std::string_view packed)
     std::copy(packed.begin(), packed.end(), packed_.get());
 }
 
-std::optional<std::string_view> CKeyMap::find(std::string_view key) const noexcept
+std::optional<std::string_view> CKeyMap::find(CKey key) const noexcept
 {
-    Entry entry;
-    for (std::size_t position = 0; next(position, entry);) {
-        if (entry.key == key) {
-            return entry.value;
+    const char* at = packed_.get();
+    for (const char* const end = at + size_; at != end;) {
+        const auto code = static_cast<unsigned char>(*at++);
+        const bool found = code == key.code() && (code != otherKey || takeText(at) == key.text());
+        if (code == otherKey && code != key.code()) {
+            takeText(at);
+        }
+        const std::string_view value = takeText(at);
+        if (found) {
+            return value;
         }
     }
     return std::nullopt;
@@ -104,20 +109,19 @@ bool CKeyMap::next(std::size_t& position, Entry& entry) const noexcept
 
 void CKeyMap::Builder::add(std::string_view key, std::string_view value)
 {
+    const std::size_t last = std::exchange(lastEntry_, packed_.size());
     appendEntry(packed_, { key, value });
+    ascending_ = ascending_ && (lastEntry_ == 0 || isBefore(packed_.data() + last, packed_.data() + lastEntry_));
 }
 
 CKeyMap CKeyMap::Builder::finish() const
 {
-    std::vector<Entry> entries;
-    bool ascending = true;
-    for (const char* at = packed_.data(); at != packed_.data() + packed_.size();) {
-        const Entry entry = takeEntry(at);
-        ascending = ascending && (entries.empty() || entries.back().key < entry.key);
-        entries.push_back(entry);
-    }
-    if (ascending) {
+    if (ascending_) {
         return CKeyMap(packed_);
+    }
+    std::vector<Entry> entries;
+    for (const char* at = packed_.data(); at != packed_.data() + packed_.size();) {
+        entries.push_back(takeEntry(at));
     }
     std::stable_sort(entries.begin(), entries.end(), [](auto& a, auto& b) { return a.key < b.key; });
     std::string sorted;

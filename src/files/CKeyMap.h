@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files/CKey.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -19,7 +21,7 @@ public:
     };
 
     /// The value under exactly this key; valid until the map changes.
-    std::optional<std::string_view> find(std::string_view key) const noexcept;
+    std::optional<std::string_view> find(CKey key) const noexcept;
 
     void set(std::string_view key, std::string_view value);
 
@@ -29,11 +31,14 @@ public:
     /// Builds a map from entries in any order; of entries with one key the last stands.
     class Builder {
     public:
+        Builder() { packed_.reserve(512); }
         void add(std::string_view key, std::string_view value);
         CKeyMap finish() const;
 
     private:
         std::string packed_;
+        std::size_t lastEntry_ = 0;
+        bool ascending_ = true;
     };
 
 private:

@@ -3,7 +3,7 @@
 #include "files/nextId.h"
 
 CLocalizer::CLocalizer(CFilePath path, const CLog& log)
-    : CDbFile(std::move(path), log, false)
+    : CDbFile(std::move(path), log)
 {
     CKeyMap::Entry entry;
     for (std::size_t position = 0; keys().next(position, entry);) {
@@ -31,7 +31,7 @@ long CLocalizer::increaseMaxStringID()
 }
 
 std::string_view CLocalizer::textOf(
-    const CDbFile& object, std::string_view idKey, std::string_view textKey) const
+    const CDbFile& object, CKey idKey, CKey textKey) const
 {
     // An absent string ID looks the empty key up, which a table line that begins with "=" has.
     const auto found = texts_.find(object.getParametr(idKey));

@@ -20,7 +20,7 @@ public:
 
     /// The display text of an object: the table's text under the string ID that the object's `idKey`
     /// holds, else the object's own text under `textKey`.
-    std::string_view textOf(const CDbFile& object, std::string_view idKey, std::string_view textKey) const;
+    std::string_view textOf(const CDbFile& object, CKey idKey, CKey textKey) const;
 
 private:
     /// Views into the key map.

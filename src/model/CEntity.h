@@ -6,9 +6,9 @@
 /// string table may localise. `localizer` must outlive the object.
 class CEntity : public CDbFile {
 public:
-    static constexpr std::string_view s_IDKey = "ID";
-    static constexpr std::string_view s_NameKey = "Name";
-    static constexpr std::string_view s_NameIDKey = "NameID";
+    static constexpr CKey s_IDKey = "ID";
+    static constexpr CKey s_NameKey = "Name";
+    static constexpr CKey s_NameIDKey = "NameID";
 
     CEntity(const CLog& log, CLocalizer& localizer) noexcept
         : CDbFile(log)
@@ -16,7 +16,7 @@ public:
     {
     }
     CEntity(const FoundFile& file, const CLog& log, CLocalizer& localizer)
-        : CDbFile(file.path(), log, file.regular)
+        : CDbFile(file, log)
         , localizer_(&localizer)
     {
     }

@@ -8,10 +8,10 @@
 /// One substance of an open database, with its phases, phase changes and parameter heads.
 class CMatter : public CEntity {
 public:
-    static constexpr std::string_view s_MixtureKey = "Mixture";
-    static constexpr std::string_view s_CompositionKey = "Composition";
-    static constexpr std::string_view s_CommentKey = "Comment";
-    static constexpr std::string_view s_CommentIDKey = "CommentID";
+    static constexpr CKey s_MixtureKey = "Mixture";
+    static constexpr CKey s_CompositionKey = "Composition";
+    static constexpr CKey s_CommentKey = "Comment";
+    static constexpr CKey s_CommentIDKey = "CommentID";
 
     /// An empty one to be filled and saved.
     CMatter(const CLog& log, CLocalizer& localizer) noexcept

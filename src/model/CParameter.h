@@ -5,13 +5,13 @@
 /// One parameter description: what a property is, once for the whole database.
 class CParameter : public CEntity {
 public:
-    static constexpr std::string_view s_UnitsKey = "Units";
-    static constexpr std::string_view s_UnitsIDKey = "UnitsID";
-    static constexpr std::string_view s_BinaryKey = "Binary";
-    static constexpr std::string_view s_ScalarKey = "Scalar";
-    static constexpr std::string_view s_VectorKey = "Vector";
-    static constexpr std::string_view s_AvForPhasesKey = "AvForPhases";
-    static constexpr std::string_view s_DataTypesKey = "DataTypes";
+    static constexpr CKey s_UnitsKey = "Units";
+    static constexpr CKey s_UnitsIDKey = "UnitsID";
+    static constexpr CKey s_BinaryKey = "Binary";
+    static constexpr CKey s_ScalarKey = "Scalar";
+    static constexpr CKey s_VectorKey = "Vector";
+    static constexpr CKey s_AvForPhasesKey = "AvForPhases";
+    static constexpr CKey s_DataTypesKey = "DataTypes";
 
     CParameter(const FoundFile& file, const CLog& log, CLocalizer& localizer);
 

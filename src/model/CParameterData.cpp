@@ -32,7 +32,7 @@ int saveAs(const CParameterData& head, const std::string& path, const IDbData& v
 } // namespace
 
 CParameterData::CParameterData(const FoundFile& file, const CLog& log)
-    : CDbFile(file.path(), log, file.regular)
+    : CDbFile(file, log)
 {
     if (status == QMDB_OK) {
         requireKeys({ s_IDKey, s_VectorKey, s_TypeKey, s_DataKey });

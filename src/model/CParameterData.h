@@ -7,10 +7,10 @@
 /// the head holds the numbers.
 class CParameterData : public CDbFile {
 public:
-    static constexpr std::string_view s_IDKey = "ID";
-    static constexpr std::string_view s_VectorKey = "Vector";
-    static constexpr std::string_view s_TypeKey = "Type";
-    static constexpr std::string_view s_DataKey = "Data";
+    static constexpr CKey s_IDKey = "ID";
+    static constexpr CKey s_VectorKey = "Vector";
+    static constexpr CKey s_TypeKey = "Type";
+    static constexpr CKey s_DataKey = "Data";
 
     /// An empty head to be filled and saved.
     explicit CParameterData(const CLog& log) noexcept

@@ -1,6 +1,5 @@
 #include "qm/CQMDirectoryListing.h"
 
-#include "qm/CQMFileSystem.h"
 #include "qm/CQMTranscoder.h"
 #include "qm/EQMException.h"
 #include "qm/handles.h"
@@ -40,6 +39,12 @@ EntryKind kindOf(int directory, const dirent64& entry)
     return status.st_mode & directoryBit ? EntryKind::Directory : EntryKind::OtherFile;
 }
 
+bool hasExtension(std::string_view name, std::string_view extension)
+{
+    return name.size() > extension.size() && name.ends_with(extension)
+        && name[name.size() - extension.size() - 1] == '.';
+}
+
 bool isSelfOrParent(std::string_view name)
 {
     return name == "." || name == "..";
@@ -47,31 +52,45 @@ bool isSelfOrParent(std::string_view name)
 
 } // namespace
 
-CQMDirectoryListing::CQMDirectoryListing(std::string_view directory)
+CQMDirectoryListing::CQMDirectoryListing(const std::string& directory, PathBase base)
 {
-    std::string path = CQMTranscoder::TextToAnsi(directory);
+    std::string path = CNativePath(directory, base).c_str();
+    if (directory.size() == base.length && base.length > 0) {
+        path.assign(1, '.'); // a nameless subdirectory is the directory itself
+    }
     if (path.empty()) {
         throw EQMException(ErrorCode::InvalidArgument);
     }
-    if (path.back() == '/' || path.back() == '\\') {
+    if (path.ends_with('/') || path.ends_with('\\')) {
         path.pop_back();
     }
-    const FileHandle handle(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
-    open_ = static_cast<bool>(handle);
+    handle_ = FileHandle(::openat(base.directory, path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
+    open_ = static_cast<bool>(handle_);
+    const bool ansiIsAscii = CQMTranscoder::IsAnsiAscii();
+    packed_.reserve(1000);
     // The plain call instead of opendir, which asks for the directory's status every time.
     alignas(dirent64) std::array<char, 32 * 1024> buffer;
-    for (ssize_t size = 0; open_ && (size = ::getdents64(handle.get(), buffer.data(), buffer.size())) > 0;) {
+    for (ssize_t size = 0; open_ && (size = ::getdents64(handle_.get(), buffer.data(), buffer.size())) > 0;) {
         for (ssize_t at = 0; at < size;) {
             const auto& entry = *reinterpret_cast<const dirent64*>(buffer.data() + at);
             at += entry.d_reclen;
-            if (!isSelfOrParent(entry.d_name)) {
-                packed_ += static_cast<char>(kindOf(handle.get(), entry));
-                packed_ += CQMTranscoder::AnsiToText(entry.d_name);
-                packed_ += '\0';
+            const std::string_view name = entry.d_name;
+            if (isSelfOrParent(name)) {
+                continue;
             }
+            const bool same = ansiIsAscii && text::isPlain(name);
+            append(kindOf(handle_.get(), entry), same ? name : CQMTranscoder::AnsiToText(name));
         }
     }
     packed_.shrink_to_fit();
+}
+
+void CQMDirectoryListing::append(EntryKind kind, std::string_view name)
+{
+    packed_ += static_cast<char>(kind);
+    packed_ += static_cast<char>(name.size() & 0xFF);
+    packed_ += static_cast<char>(name.size() >> 8);
+    packed_ += name;
 }
 
 bool CQMDirectoryListing::next(std::size_t& position, DirectoryEntry& entry) const noexcept
@@ -80,8 +99,10 @@ bool CQMDirectoryListing::next(std::size_t& position, DirectoryEntry& entry) con
         return false;
     }
     entry.kind = static_cast<EntryKind>(packed_[position]);
-    entry.name = packed_.c_str() + position + 1;
-    position += entry.name.size() + 2;
+    const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(packed_[position + at]); };
+    const std::size_t length = byte(1) | static_cast<std::size_t>(byte(2)) << 8;
+    entry.name = std::string_view(packed_).substr(position + 3, length);
+    position += length + 3;
     return true;
 }
 
@@ -91,7 +112,7 @@ bool CQMDirectoryScanner::GetNext(DirectoryEntry& entry) noexcept
         if ((entry.kind == EntryKind::Directory) != directories_) {
             continue;
         }
-        if (mask_ == "*" || CQMFileSystem::SplitPath(entry.name, true).ext == mask_) {
+        if (mask_ == "*" || hasExtension(entry.name, mask_)) {
             return true;
         }
     }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "qm/CNativePath.h"
+#include "qm/handles.h"
+
 #include <string>
 #include <string_view>
 
@@ -23,7 +26,7 @@ class CQMDirectoryListing {
 public:
     /// A directory that cannot be opened has no entries. One "/" or "\" at the end of the path is
     /// removed. Throws EQMException when the path is empty in the locale's encoding.
-    explicit CQMDirectoryListing(std::string_view directory);
+    explicit CQMDirectoryListing(const std::string& directory, PathBase base = {});
 
     /// False when the directory could not be opened.
     bool isOpen() const noexcept { return open_; }
@@ -31,16 +34,22 @@ public:
     /// Delivers the entry at `position`, 0 at first, and moves on; false at the end.
     bool next(std::size_t& position, DirectoryEntry& entry) const noexcept;
 
+    /// Hands over the directory, still open, for PathBase.
+    FileHandle takeHandle() noexcept { return std::move(handle_); }
+
 private:
-    /// One entry after the other: its kind, its name, NUL.
+    void append(EntryKind kind, std::string_view name);
+
+    /// One entry after the other: its kind, the length of its name in two bytes, its name.
     std::string packed_;
+    FileHandle handle_;
     bool open_ = false;
 };
 
 /// Steps through the entries of a listing that are files, or that are directories, and match a mask.
 class CQMDirectoryScanner {
 public:
-    /// The mask "*" matches every entry; any other is an extension without its point, case-sensitive.
+    /// The mask "*" matches every entry; any other is an extension, case-sensitive and without a point.
     CQMDirectoryScanner(const CQMDirectoryListing& listing, std::string_view mask, bool directories) noexcept
         : listing_(listing)
         , mask_(mask)

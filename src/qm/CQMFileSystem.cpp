@@ -1,8 +1,8 @@
 #include "qm/CQMFileSystem.h"
 
+#include "qm/CNativePath.h"
 #include "qm/CQMInputFile.h"
 #include "qm/CQMOutputFile.h"
-#include "qm/CQMTranscoder.h"
 #include "qm/EQMException.h"
 
 #include <cerrno>
@@ -74,20 +74,20 @@ std::string_view CQMFileSystem::ExtractName(std::string_view path) noexcept
     return SplitPath(path, false).name;
 }
 
-bool CQMFileSystem::Exists(std::string_view path)
+bool CQMFileSystem::Exists(const std::string& path)
 {
     struct stat status { };
-    return ::stat(CQMTranscoder::TextToAnsi(path).c_str(), &status) == 0;
+    return ::stat(CNativePath(path).c_str(), &status) == 0;
 }
 
-bool CQMFileSystem::FileExists(std::string_view path)
+bool CQMFileSystem::FileExists(const std::string& path)
 {
     return CQMInputFile(path).isOpen();
 }
 
-void CQMFileSystem::MakeDir(std::string_view path)
+void CQMFileSystem::MakeDir(const std::string& path)
 {
-    if (::mkdir(CQMTranscoder::TextToAnsi(path).c_str(), 0750) != 0) {
+    if (::mkdir(CNativePath(path).c_str(), 0750) != 0) {
         throwFor(errno, makeDirErrors);
     }
     if (!flushDirectory(ExtractDir(path))) {
@@ -95,9 +95,9 @@ void CQMFileSystem::MakeDir(std::string_view path)
     }
 }
 
-void CQMFileSystem::RemoveFile(std::string_view path)
+void CQMFileSystem::RemoveFile(const std::string& path)
 {
-    if (std::remove(CQMTranscoder::TextToAnsi(path).c_str()) != 0) {
+    if (std::remove(CNativePath(path).c_str()) != 0) {
         throwFor(errno, removeFileErrors);
     }
 }

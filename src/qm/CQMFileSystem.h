@@ -22,15 +22,15 @@ public:
     static std::string_view ExtractName(std::string_view path) noexcept;
 
     /// True when something stands at the path; links are followed, an error counts as nothing.
-    static bool Exists(std::string_view path);
+    static bool Exists(const std::string& path);
     /// True when the path can be opened for reading; a directory can.
-    static bool FileExists(std::string_view path);
+    static bool FileExists(const std::string& path);
 
     /// Makes one directory (mode 0750 before the umask) and flushes its parent to the disk.
     /// Throws EQMException, also when something stands there already.
-    static void MakeDir(std::string_view path);
+    static void MakeDir(const std::string& path);
     /// Removes a file or an empty directory. Throws EQMException.
-    static void RemoveFile(std::string_view path);
+    static void RemoveFile(const std::string& path);
 };
 
 } // namespace qm

@@ -1,7 +1,5 @@
 #include "qm/CQMInputFile.h"
 
-#include "qm/CQMTranscoder.h"
-
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -9,8 +7,8 @@
 
 namespace qm {
 
-CQMInputFile::CQMInputFile(std::string_view path)
-    : file_(::open(CQMTranscoder::TextToAnsi(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
+CQMInputFile::CQMInputFile(const std::string& path, PathBase base)
+    : file_(::openat(base.directory, CNativePath(path, base).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
 {
 }
 

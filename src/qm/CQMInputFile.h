@@ -1,9 +1,10 @@
 #pragma once
 
+#include "qm/CNativePath.h"
 #include "qm/handles.h"
 
 #include <cstddef>
-#include <string_view>
+#include <string>
 #include <sys/types.h>
 
 namespace qm {
@@ -14,7 +15,7 @@ namespace qm {
 class CQMInputFile {
 public:
     /// `path` is inner text; ask isOpen() for the outcome.
-    explicit CQMInputFile(std::string_view path);
+    explicit CQMInputFile(const std::string& path, PathBase base = {});
 
     bool isOpen() const noexcept { return static_cast<bool>(file_); }
 

@@ -1,5 +1,6 @@
 #include "qm/CQMOutputFile.h"
 
+#include "qm/CNativePath.h"
 #include "qm/CQMFileSystem.h"
 #include "qm/CQMTranscoder.h"
 
@@ -87,8 +88,8 @@ private:
 
 } // namespace
 
-CQMOutputFile::CQMOutputFile(std::string_view path)
-    : file_(::open(CQMTranscoder::TextToAnsi(path).c_str(), writingFlags | O_TRUNC, newFileMode))
+CQMOutputFile::CQMOutputFile(const std::string& path)
+    : file_(::open(CNativePath(path).c_str(), writingFlags | O_TRUNC, newFileMode))
 {
 }
 
@@ -112,7 +113,7 @@ void CQMOutputFile::writeOut()
     pending_.clear();
 }
 
-bool writeWholeFile(std::string_view path, std::string_view bytes)
+bool writeWholeFile(const std::string& path, std::string_view bytes)
 {
     const std::string target = CQMTranscoder::TextToAnsi(path);
     struct stat status { };
@@ -132,10 +133,9 @@ bool writeWholeFile(std::string_view path, std::string_view bytes)
     return true;
 }
 
-void appendToFile(std::string_view path, std::string_view bytes)
+void appendToFile(const std::string& path, std::string_view bytes)
 {
-    const std::string name = CQMTranscoder::TextToAnsi(path);
-    const FileHandle file(::open(name.c_str(), writingFlags | O_APPEND, newFileMode));
+    const FileHandle file(::open(CNativePath(path).c_str(), writingFlags | O_APPEND, newFileMode));
     if (file) {
         static_cast<void>(writeAll(file.get(), bytes));
     }

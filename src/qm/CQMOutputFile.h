@@ -11,7 +11,7 @@ namespace qm {
 class CQMOutputFile {
 public:
     /// `path` is inner text; ask isOpen() for the outcome.
-    explicit CQMOutputFile(std::string_view path);
+    explicit CQMOutputFile(const std::string& path);
 
     bool isOpen() const noexcept { return static_cast<bool>(file_); }
 
@@ -34,10 +34,10 @@ private:
 /// Where nothing stands at `path`, the bytes are written beside it and moved into place without
 /// replacing what may have appeared there meanwhile; what stands there already is written in place.
 /// False when the file does not stand complete; a half-made one is removed.
-bool writeWholeFile(std::string_view path, std::string_view bytes);
+bool writeWholeFile(const std::string& path, std::string_view bytes);
 
 /// Appends bytes to a file in one piece, making it when missing. Never waits; failures are ignored.
-void appendToFile(std::string_view path, std::string_view bytes);
+void appendToFile(const std::string& path, std::string_view bytes);
 
 /// Flushes a directory's entries to the disk; the empty path is the current directory. True as well
 /// where the file system has no such operation, else false with errno set.

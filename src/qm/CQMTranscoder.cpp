@@ -76,24 +76,22 @@ std::wstring CQMTranscoder::AnsiToWide(std::string_view bytes)
 
 std::string CQMTranscoder::TextToUTF8(std::string_view text)
 {
-    return text::isAscii(text) ? std::string(text) : WideToUTF8(text::toWide(text));
+    return text::isPlain(text) ? std::string(text) : WideToUTF8(text::toWide(text));
 }
 
 std::string CQMTranscoder::UTF8ToText(std::string_view bytes)
 {
-    return text::isAscii(bytes) ? std::string(bytes) : text::fromWide(UTF8ToWide(bytes));
+    return text::isPlain(bytes) ? std::string(bytes) : text::fromWide(UTF8ToWide(bytes));
 }
 
 std::string CQMTranscoder::TextToAnsi(std::string_view text)
 {
-    text = text.substr(0, text.find('\0'));
-    return text::isAscii(text) && IsAnsiAscii() ? std::string(text) : WideToAnsi(text::toWide(text));
+    return text::isPlain(text) && IsAnsiAscii() ? std::string(text) : WideToAnsi(text::toWide(text));
 }
 
 std::string CQMTranscoder::AnsiToText(std::string_view bytes)
 {
-    bytes = bytes.substr(0, bytes.find('\0'));
-    return text::isAscii(bytes) && IsAnsiAscii() ? std::string(bytes) : text::fromWide(AnsiToWide(bytes));
+    return text::isPlain(bytes) && IsAnsiAscii() ? std::string(bytes) : text::fromWide(AnsiToWide(bytes));
 }
 
 bool CQMTranscoder::IsAnsiAscii()

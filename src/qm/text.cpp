@@ -19,23 +19,23 @@ unsigned lengthOf(char32_t codePoint) noexcept
 
 } // namespace
 
-bool isAscii(std::string_view text) noexcept
+bool isPlain(std::string_view text) noexcept
 {
-    constexpr std::uint64_t highBits = 0x8080808080808080;
+    constexpr std::uint64_t lowBits = 0x0101010101010101;
+    constexpr std::uint64_t highBits = lowBits << 7;
     const char* at = text.data();
     std::size_t left = text.size();
-    for (; left >= sizeof highBits; left -= sizeof highBits, at += sizeof highBits) {
+    std::uint64_t found = 0; // high bits of bytes that are 0x80 or more, or borrow because they are 0
+    for (; left >= sizeof found; left -= sizeof found, at += sizeof found) {
         std::uint64_t word = 0;
         std::memcpy(&word, at, sizeof word);
-        if (word & highBits) {
-            return false;
-        }
+        found |= word | (word - lowBits);
     }
-    unsigned char all = 0;
     for (; left > 0; --left, ++at) {
-        all |= static_cast<unsigned char>(*at);
+        const auto byte = static_cast<unsigned char>(*at);
+        found |= byte | (byte - std::uint64_t { 1 });
     }
-    return all < 0x80;
+    return (found & highBits) == 0;
 }
 
 void append(std::string& text, char32_t codePoint)

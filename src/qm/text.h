@@ -10,7 +10,8 @@
 /// memory of wide text, and plain ASCII needs no conversion at all.
 namespace qm::text {
 
-bool isAscii(std::string_view text) noexcept;
+/// True for ASCII without a NUL: such a text is the same in inner text, UTF-8 and nearly every locale.
+bool isPlain(std::string_view text) noexcept;
 
 void append(std::string& text, char32_t codePoint);
 std::string fromWide(std::wstring_view wide);

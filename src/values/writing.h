@@ -21,9 +21,10 @@ public:
     void line(std::initializer_list<double> numbers, std::string_view prefix = {})
     {
         std::string text(prefix);
+        std::string_view separator;
         for (const double number : numbers) {
-            text += &number == numbers.begin() ? "" : " ";
-            text += conversions::double2wstr(number);
+            text.append(separator).append(conversions::double2wstr(number));
+            separator = " ";
         }
         file_.append(text + "\n");
     }
