@@ -33,7 +33,7 @@ std::string nameOf(std::string_view prefix, std::size_t number, std::string_view
     return std::string(prefix) + conversions::long2wstr(number) + std::string(extension);
 }
 
-/// For a directory that may be searched but not listed.
+/// For a directory that cannot be listed.
 std::string probe(std::string_view directory, std::string_view prefix, std::string_view extension)
 {
     const std::string base = std::string(directory) + "/";
@@ -53,7 +53,7 @@ std::string uniqueName(std::string_view directory, std::string_view prefix, std:
     }
     // The separator is part of the path even behind one that stands there already.
     const qm::CQMDirectoryListing listing(std::string(directory) + "/");
-    if (!listing.isOpen()) {
+    if (!listing.isComplete()) {
         return probe(directory, prefix, extension);
     }
     std::vector<std::size_t> taken;

@@ -6,7 +6,6 @@
 #include "qm/CQMTranscoder.h"
 #include "qmdatabase/status.h"
 
-#include <algorithm>
 
 CDbFile::CDbFile(const FoundFile& file, const CLog& log)
     : status(QMDB_E_READ)
@@ -99,7 +98,7 @@ int CDbFile::saveFile() const
 
 void CDbFile::requireKeys(std::initializer_list<CKey> required)
 {
-    if (std::ranges::all_of(required, [this](CKey key) { return hasParametr(key); })) {
+    if (keys_.hasAll(required)) {
         return;
     }
     status = QMDB_E_REQUIRED_KEY;

@@ -56,7 +56,6 @@ public:
     /// The value under a key, or the default; valid until the key map changes.
     std::string_view getParametr(CKey key, std::string_view defaultValue = {}) const noexcept;
     void setParametr(CKey key, std::string_view value) { keys_.set(key.text(), value); }
-    bool hasParametr(CKey key) const noexcept { return keys_.find(key).has_value(); }
 
     /// A value read with "%ld"; 0 when the key is missing or no number can be read.
     long getNumber(CKey key) const;

@@ -1,11 +1,15 @@
 #include "files/CDbFile.h"
 #include "qmdatabase/status.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Appends the matching files of one directory; returns how many there are.
 std::size_t appendFiles(CDirectory& directory, std::string_view mask, std::vector<FoundFile>& files)
 {
+    constexpr std::size_t usualNumber = 16;
+    files.reserve(std::max(files.capacity(), usualNumber));
     const std::size_t before = files.size();
     qm::CQMDirectoryScanner scanner(directory.entries(), mask, false);
     for (qm::DirectoryEntry entry; scanner.GetNext(entry);) {

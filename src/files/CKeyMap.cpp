@@ -9,15 +9,17 @@ namespace {
 
 constexpr unsigned char otherKey = CKey::otherKey;
 
+constexpr std::size_t maxLengthBytes = 10;
+
 /// Lengths are written seven bits a byte, the lowest first; a set high bit says that more follow.
-void appendText(std::string& packed, std::string_view text)
+char* putText(char* to, std::string_view text) noexcept
 {
     std::size_t length = text.size();
     for (; length >= 0x80; length >>= 7) {
-        packed += static_cast<char>(length | 0x80);
+        *to++ = static_cast<char>(length | 0x80);
     }
-    packed += static_cast<char>(length);
-    packed += text;
+    *to++ = static_cast<char>(length);
+    return std::copy(text.begin(), text.end(), to);
 }
 
 std::string_view takeText(const char*& at) noexcept
@@ -29,16 +31,6 @@ std::string_view takeText(const char*& at) noexcept
     const std::string_view text(at, length);
     at += length;
     return text;
-}
-
-void appendEntry(std::string& packed, CKeyMap::Entry entry)
-{
-    const unsigned char code = CKey(entry.key).code();
-    packed += static_cast<char>(code);
-    if (code == otherKey) {
-        appendText(packed, entry.key);
-    }
-    appendText(packed, entry.value);
 }
 
 CKeyMap::Entry takeEntry(const char*& at) noexcept
@@ -85,6 +77,24 @@ std::optional<std::string_view> CKeyMap::find(CKey key) const noexcept
     return std::nullopt;
 }
 
+bool CKeyMap::hasAll(std::initializer_list<CKey> keys) const noexcept
+{
+    std::uint32_t missing = 0;
+    for (const CKey& key : keys) {
+        missing |= std::uint32_t { 1 } << key.code();
+    }
+    for (const char* at = packed_.get(); at != packed_.get() + size_;) {
+        const auto code = static_cast<unsigned char>(*at++);
+        if (code == otherKey) {
+            takeText(at);
+        } else {
+            missing &= ~(std::uint32_t { 1 } << code);
+        }
+        takeText(at);
+    }
+    return missing == 0;
+}
+
 void CKeyMap::set(std::string_view key, std::string_view value)
 {
     Builder changed;
@@ -109,27 +119,35 @@ bool CKeyMap::next(std::size_t& position, Entry& entry) const noexcept
 
 void CKeyMap::Builder::add(std::string_view key, std::string_view value)
 {
-    const std::size_t last = std::exchange(lastEntry_, packed_.size());
-    appendEntry(packed_, { key, value });
-    ascending_ = ascending_ && (lastEntry_ == 0 || isBefore(packed_.data() + last, packed_.data() + lastEntry_));
+    const std::size_t needed = 1 + 2 * maxLengthBytes + key.size() + value.size();
+    if (packed_.size() - size_ < needed) {
+        packed_.resize(2 * packed_.size() + needed);
+    }
+    const CKey known(key);
+    char* const entry = packed_.data() + size_;
+    *entry = static_cast<char>(known.code());
+    char* const behindKey = known.code() == otherKey ? putText(entry + 1, key) : entry + 1;
+    const char* const end = putText(behindKey, value);
+    ascending_ = ascending_ && (size_ == 0 || isBefore(packed_.data() + lastEntry_, entry));
+    lastEntry_ = size_;
+    size_ = static_cast<std::size_t>(end - packed_.data());
 }
 
 CKeyMap CKeyMap::Builder::finish() const
 {
     if (ascending_) {
-        return CKeyMap(packed_);
+        return CKeyMap({ packed_.data(), size_ });
     }
     std::vector<Entry> entries;
-    for (const char* at = packed_.data(); at != packed_.data() + packed_.size();) {
+    for (const char* at = packed_.data(); at != packed_.data() + size_;) {
         entries.push_back(takeEntry(at));
     }
     std::stable_sort(entries.begin(), entries.end(), [](auto& a, auto& b) { return a.key < b.key; });
-    std::string sorted;
-    sorted.reserve(packed_.size());
+    Builder sorted;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (i + 1 == entries.size() || entries[i].key != entries[i + 1].key) {
-            appendEntry(sorted, entries[i]);
+            sorted.add(entries[i].key, entries[i].value);
         }
     }
-    return CKeyMap(sorted);
+    return CKeyMap({ sorted.packed_.data(), sorted.size_ });
 }

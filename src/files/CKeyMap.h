@@ -3,10 +3,11 @@
 #include "files/CKey.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
-#include <string>
 #include <string_view>
+#include <vector>
 
 /// The keys and values of one descriptor, in ascending order of key.
 ///
@@ -23,6 +24,9 @@ public:
     /// The value under exactly this key; valid until the map changes.
     std::optional<std::string_view> find(CKey key) const noexcept;
 
+    /// True when all of these keys, which must be known ones, are present.
+    bool hasAll(std::initializer_list<CKey> keys) const noexcept;
+
     void set(std::string_view key, std::string_view value);
 
     /// Delivers the entry at `position`, 0 at first, and moves on; false at the end.
@@ -31,12 +35,16 @@ public:
     /// Builds a map from entries in any order; of entries with one key the last stands.
     class Builder {
     public:
-        Builder() { packed_.reserve(512); }
+        Builder()
+            : packed_(512)
+        {
+        }
         void add(std::string_view key, std::string_view value);
         CKeyMap finish() const;
 
     private:
-        std::string packed_;
+        std::vector<char> packed_;
+        std::size_t size_ = 0;
         std::size_t lastEntry_ = 0;
         bool ascending_ = true;
     };

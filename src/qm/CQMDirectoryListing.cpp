@@ -65,12 +65,15 @@ CQMDirectoryListing::CQMDirectoryListing(const std::string& directory, PathBase 
         path.pop_back();
     }
     handle_ = FileHandle(::openat(base.directory, path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
-    open_ = static_cast<bool>(handle_);
+    if (!handle_) {
+        return;
+    }
     const bool ansiIsAscii = CQMTranscoder::IsAnsiAscii();
     packed_.reserve(1000);
     // The plain call instead of opendir, which asks for the directory's status every time.
     alignas(dirent64) std::array<char, 32 * 1024> buffer;
-    for (ssize_t size = 0; open_ && (size = ::getdents64(handle_.get(), buffer.data(), buffer.size())) > 0;) {
+    ssize_t size = 0;
+    while ((size = ::getdents64(handle_.get(), buffer.data(), buffer.size())) > 0) {
         for (ssize_t at = 0; at < size;) {
             const auto& entry = *reinterpret_cast<const dirent64*>(buffer.data() + at);
             at += entry.d_reclen;
@@ -82,6 +85,7 @@ CQMDirectoryListing::CQMDirectoryListing(const std::string& directory, PathBase 
             append(kindOf(handle_.get(), entry), same ? name : CQMTranscoder::AnsiToText(name));
         }
     }
+    complete_ = size == 0;
     packed_.shrink_to_fit();
 }
 

@@ -28,8 +28,8 @@ public:
     /// removed. Throws EQMException when the path is empty in the locale's encoding.
     explicit CQMDirectoryListing(const std::string& directory, PathBase base = {});
 
-    /// False when the directory could not be opened.
-    bool isOpen() const noexcept { return open_; }
+    /// False when the directory could not be opened or read to its end.
+    bool isComplete() const noexcept { return complete_; }
 
     /// Delivers the entry at `position`, 0 at first, and moves on; false at the end.
     bool next(std::size_t& position, DirectoryEntry& entry) const noexcept;
@@ -43,7 +43,7 @@ private:
     /// One entry after the other: its kind, the length of its name in two bytes, its name.
     std::string packed_;
     FileHandle handle_;
-    bool open_ = false;
+    bool complete_ = false;
 };
 
 /// Steps through the entries of a listing that are files, or that are directories, and match a mask.

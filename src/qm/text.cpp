@@ -21,21 +21,27 @@ unsigned lengthOf(char32_t codePoint) noexcept
 
 bool isPlain(std::string_view text) noexcept
 {
+    // A high bit stays for a byte that is 0x80 or more, or borrows because it is 0.
+    constexpr std::size_t wordSize = sizeof(std::uint64_t);
+    if (text.size() < wordSize) {
+        unsigned found = 0;
+        for (const char c : text) {
+            const unsigned byte = static_cast<unsigned char>(c);
+            found |= byte | (byte - 1);
+        }
+        return (found & 0x80) == 0;
+    }
     constexpr std::uint64_t lowBits = 0x0101010101010101;
-    constexpr std::uint64_t highBits = lowBits << 7;
-    const char* at = text.data();
-    std::size_t left = text.size();
-    std::uint64_t found = 0; // high bits of bytes that are 0x80 or more, or borrow because they are 0
-    for (; left >= sizeof found; left -= sizeof found, at += sizeof found) {
+    std::uint64_t found = 0;
+    const char* const last = text.data() + text.size() - wordSize;
+    for (const char* at = text.data();; at = at + wordSize < last ? at + wordSize : last) {
         std::uint64_t word = 0;
-        std::memcpy(&word, at, sizeof word);
+        std::memcpy(&word, at, wordSize);
         found |= word | (word - lowBits);
+        if (at == last) {
+            return (found & (lowBits << 7)) == 0;
+        }
     }
-    for (; left > 0; --left, ++at) {
-        const auto byte = static_cast<unsigned char>(*at);
-        found |= byte | (byte - std::uint64_t { 1 });
-    }
-    return (found & highBits) == 0;
 }
 
 void append(std::string& text, char32_t codePoint)
