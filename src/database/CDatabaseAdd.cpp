@@ -16,9 +16,10 @@ constexpr double maxSumOfFractions = 1.0;
 /// written.
 CFilePath makeEntityDir(const std::string& parent, std::string_view prefix, std::string_view extension)
 {
-    const std::string name = uniqueName(parent, prefix);
+    const qm::CQMDirectory parentDirectory(parent);
+    const std::string name = uniqueName(parentDirectory, parent, prefix);
     auto directory = std::make_shared<const std::string>(parent + "/" + name);
-    qm::CQMFileSystem::MakeDir(*directory);
+    qm::CQMFileSystem::MakeDir(*directory, parentDirectory);
     return { std::move(directory), name + "." + std::string(extension) };
 }
 
@@ -26,7 +27,7 @@ CFilePath makeEntityDir(const std::string& parent, std::string_view prefix, std:
 template <class Entity>
 int saveAndInsert(Entity&& entity, std::map<long, Entity>& entities, std::string_view successMessage)
 {
-    if (const int code = entity.saveFile(); code != QMDB_OK) {
+    if (const int code = entity.saveFile(qm::CQMDirectory(*entity.path.directoryPart())); code != QMDB_OK) {
         return code;
     }
     const long id = entity.getID();

@@ -71,9 +71,10 @@ int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAME
     if (!data) {
         return QMDB_E_NULL_POINTER;
     }
-    const std::shared_ptr<const std::string> directory = owner.path.directoryPart();
+    const std::shared_ptr<const std::string> path = owner.path.directoryPart();
+    const qm::CQMDirectory directory(*path);
     CParameterData head(log_);
-    head.path = CFilePath(directory, uniqueName(*directory, s_paramFilePrefix, s_paramFileExt));
+    head.path = CFilePath(path, uniqueName(directory, *path, s_paramFilePrefix, s_paramFileExt));
     const std::string headPath = head.path.text();
     head.setID(param.id);
     head.setVector(param.vector);
@@ -81,8 +82,8 @@ int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAME
     head.setDataFileName(
         std::string(qm::CQMFileSystem::ExtractName(headPath)) + std::string(s_paramDataFileExt));
     // The head is saved either way; reading the value tells what became of the data file.
-    static_cast<void>(head.setData(*data));
-    if (const int code = head.saveFile(); code != QMDB_OK) {
+    static_cast<void>(head.setData(*data, directory));
+    if (const int code = head.saveFile(directory); code != QMDB_OK) {
         return code;
     }
     log_.info(successMessage, headPath, ", ID=", param.id);

@@ -3,7 +3,6 @@
 #include "files/conversions.h"
 #include "qm/CQMDirectoryListing.h"
 #include "qm/CQMFileSystem.h"
-#include "qm/CQMTranscoder.h"
 
 #include <charconv>
 #include <optional>
@@ -34,9 +33,9 @@ std::string nameOf(std::string_view prefix, std::size_t number, std::string_view
 }
 
 /// For a directory that cannot be listed.
-std::string probe(std::string_view directory, std::string_view prefix, std::string_view extension)
+std::string probe(std::string_view path, std::string_view prefix, std::string_view extension)
 {
-    const std::string base = std::string(directory) + "/";
+    const std::string base = std::string(path) + "/";
     std::size_t number = 1;
     while (qm::CQMFileSystem::Exists(base + nameOf(prefix, number, extension))) {
         ++number;
@@ -46,15 +45,12 @@ std::string probe(std::string_view directory, std::string_view prefix, std::stri
 
 } // namespace
 
-std::string uniqueName(std::string_view directory, std::string_view prefix, std::string_view extension)
+std::string uniqueName(
+    const qm::CQMDirectory& directory, std::string_view path, std::string_view prefix, std::string_view extension)
 {
-    if (qm::CQMTranscoder::TextToAnsi(directory).empty()) {
-        return nameOf(prefix, 1, extension);
-    }
-    // The separator is part of the path even behind one that stands there already.
-    const qm::CQMDirectoryListing listing(std::string(directory) + "/");
+    const qm::CQMDirectoryListing listing(directory);
     if (!listing.isComplete()) {
-        return probe(directory, prefix, extension);
+        return probe(path, prefix, extension);
     }
     std::vector<std::size_t> taken;
     qm::DirectoryEntry entry;

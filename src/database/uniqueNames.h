@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qm/CQMDirectory.h"
+
 #include <string>
 #include <string_view>
 
@@ -7,4 +9,6 @@
 ///
 /// Entries of any kind block a number, links to nothing do not. Nothing is created, so another writer
 /// may take the name meanwhile.
-std::string uniqueName(std::string_view directory, std::string_view prefix, std::string_view extension = {});
+/// `path` is the directory's own.
+std::string uniqueName(const qm::CQMDirectory& directory, std::string_view path, std::string_view prefix,
+    std::string_view extension = {});

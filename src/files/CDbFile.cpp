@@ -78,7 +78,7 @@ void CDbFile::setNumber(CKey key, long number)
     setParametr(key, conversions::long2wstr(static_cast<unsigned long>(number)));
 }
 
-int CDbFile::saveFile() const
+int CDbFile::saveFile(const qm::CQMDirectory& directory) const
 {
     std::string bytes(utf8Mark);
     CKeyMap::Entry entry;
@@ -89,7 +89,7 @@ int CDbFile::saveFile() const
         bytes += '\n';
     }
     const std::string pathText = path.text();
-    if (!qm::writeWholeFile(pathText, bytes)) {
+    if (!qm::writeWholeFile(pathText, bytes, directory)) {
         log_->error("Cannot open file for write: ", pathText);
         return QMDB_E_FILE;
     }

@@ -4,6 +4,7 @@
 #include "files/CFilePath.h"
 #include "files/CKeyMap.h"
 #include "files/CLog.h"
+#include "qm/CQMDirectory.h"
 
 #include <string>
 #include <string_view>
@@ -65,9 +66,9 @@ public:
 
     const CKeyMap& keys() const noexcept { return keys_; }
 
-    /// Writes all keys to the file, which appears complete or not at all; 0, or -6 when it cannot be
-    /// written. Throws EQMException when a text has no UTF-8 form; nothing is written then.
-    int saveFile() const;
+    /// Writes all keys to the file in `directory`; it appears complete or not at all. 0, or -6 when it
+    /// cannot be written. Throws EQMException when a text has no UTF-8 form; nothing is written then.
+    int saveFile(const qm::CQMDirectory& directory) const;
 
     /// Lists the files with an extension directly in a directory, in the system's order.
     static std::vector<FoundFile> getFilesList(const CLog& log, CDirectory& directory, std::string_view mask);

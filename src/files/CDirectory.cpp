@@ -1,5 +1,8 @@
 #include "files/CDirectory.h"
 
+#include "qm/CQMTranscoder.h"
+#include "qm/EQMException.h"
+
 namespace {
 
 /// Directories beside many others are closed once listed, so that the host does not run out of files.
@@ -16,21 +19,27 @@ CDirectory::CDirectory(const CDirectory& parent, std::string_view name)
 
 const qm::CQMDirectoryListing& CDirectory::entries()
 {
-    if (!entries_) {
-        entries_.emplace(*path_, parent_ ? parent_->base() : qm::PathBase());
-        qm::FileHandle handle = entries_->takeHandle();
-        // Behind a backslash at the end of its path another directory was listed than files are read in.
-        if (staysOpen_ && !path_->ends_with('\\')) {
-            handle_ = std::move(handle);
-        }
+    if (entries_) {
+        return *entries_;
+    }
+    if (qm::CQMTranscoder::TextToAnsi(*path_).empty()) {
+        throw qm::EQMException(qm::ErrorCode::InvalidArgument);
+    }
+    const bool endsInSeparator = path_->ends_with('/') || path_->ends_with('\\');
+    // Such a path is not taken apart: the directory behind a last backslash is another than is listed.
+    const qm::PathBase start = parent_ && !endsInSeparator ? parent_->base() : qm::PathBase();
+    open_.emplace(path_->substr(0, path_->size() - (endsInSeparator ? 1 : 0)), start);
+    entries_.emplace(*open_);
+    if (!staysOpen_ || endsInSeparator) {
+        open_.reset();
     }
     return *entries_;
 }
 
 qm::PathBase CDirectory::base() const noexcept
 {
-    if (handle_) {
-        return { handle_.get(), path_->size() + 1 };
+    if (open_) {
+        return open_->base();
     }
     return parent_ ? parent_->base() : qm::PathBase();
 }
@@ -55,5 +64,5 @@ void CDirectory::forget()
 {
     entries_.reset();
     subdirectories_.reset();
-    handle_ = qm::FileHandle();
+    open_.reset();
 }

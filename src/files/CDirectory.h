@@ -19,7 +19,8 @@ public:
 
     const std::shared_ptr<const std::string>& path() const noexcept { return path_; }
 
-    /// Throws EQMException when the path is empty in the locale's encoding.
+    /// One "/" or "\" at the end of the path is left out for listing. Throws EQMException when the path
+    /// is empty in the locale's encoding.
     const qm::CQMDirectoryListing& entries();
 
     /// The open directory that paths of files in this one may start from.
@@ -41,7 +42,7 @@ private:
     std::size_t nameAt_ = 0;
     const CDirectory* parent_ = nullptr;
     bool staysOpen_ = true; ///< once it has been listed
-    qm::FileHandle handle_;
+    std::optional<qm::CQMDirectory> open_;
     std::optional<qm::CQMDirectoryListing> entries_;
     std::optional<std::vector<CDirectory>> subdirectories_;
 };

@@ -23,10 +23,10 @@ int loadAs(const CParameterData& head, const std::string& path, PARAM_TYPE type,
 }
 
 template <class Value>
-int saveAs(const CParameterData& head, const std::string& path, const IDbData& value)
+int saveAs(const CParameterData& head, const values::DataFilePlace& place, const IDbData& value)
 {
     // Never dynamic_cast: the value may be a C host's structure.
-    return values::save(head, path, static_cast<const Value&>(value));
+    return values::save(head, place, static_cast<const Value&>(value));
 }
 
 } // namespace
@@ -62,21 +62,21 @@ int CParameterData::getData(IDbData*& result) const
     }
 }
 
-int CParameterData::setData(const IDbData& value) const
+int CParameterData::setData(const IDbData& value, const qm::CQMDirectory& directory) const
 {
-    const std::string dataPath = dataFilePath();
+    const values::DataFilePlace place { dataFilePath(), directory };
     switch (getType()) {
     case PARAM_TYPE_CONSTANT:
-        return isVector() ? saveAs<IDbDataConstVector>(*this, dataPath, value)
-                          : saveAs<IDbDataConst>(*this, dataPath, value);
+        return isVector() ? saveAs<IDbDataConstVector>(*this, place, value)
+                          : saveAs<IDbDataConst>(*this, place, value);
     case PARAM_TYPE_TABLE_T:
     case PARAM_TYPE_TABLE_P:
-        return isVector() ? saveAs<IDbDataTableVector>(*this, dataPath, value)
-                          : saveAs<IDbDataTable>(*this, dataPath, value);
+        return isVector() ? saveAs<IDbDataTableVector>(*this, place, value)
+                          : saveAs<IDbDataTable>(*this, place, value);
     case PARAM_TYPE_TABLE2D_T:
     case PARAM_TYPE_TABLE2D_X:
-        return isVector() ? saveAs<IDbDataTable2DVector>(*this, dataPath, value)
-                          : saveAs<IDbDataTable2D>(*this, dataPath, value);
+        return isVector() ? saveAs<IDbDataTable2DVector>(*this, place, value)
+                          : saveAs<IDbDataTable2D>(*this, place, value);
     default:
         return QMDB_E_NOT_FOUND;
     }

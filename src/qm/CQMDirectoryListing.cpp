@@ -1,13 +1,10 @@
 #include "qm/CQMDirectoryListing.h"
 
 #include "qm/CQMTranscoder.h"
-#include "qm/EQMException.h"
-#include "qm/handles.h"
 
 #include <array>
 #include <cstring>
 #include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace qm {
@@ -52,20 +49,9 @@ bool isSelfOrParent(std::string_view name)
 
 } // namespace
 
-CQMDirectoryListing::CQMDirectoryListing(const std::string& directory, PathBase base)
+CQMDirectoryListing::CQMDirectoryListing(const CQMDirectory& directory)
 {
-    std::string path = CNativePath(directory, base).c_str();
-    if (directory.size() == base.length && base.length > 0) {
-        path.assign(1, '.'); // a nameless subdirectory is the directory itself
-    }
-    if (path.empty()) {
-        throw EQMException(ErrorCode::InvalidArgument);
-    }
-    if (path.ends_with('/') || path.ends_with('\\')) {
-        path.pop_back();
-    }
-    handle_ = FileHandle(::openat(base.directory, path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
-    if (!handle_) {
+    if (!directory.isOpen()) {
         return;
     }
     const bool ansiIsAscii = CQMTranscoder::IsAnsiAscii();
@@ -73,7 +59,7 @@ CQMDirectoryListing::CQMDirectoryListing(const std::string& directory, PathBase 
     // The plain call instead of opendir, which asks for the directory's status every time.
     alignas(dirent64) std::array<char, 32 * 1024> buffer;
     ssize_t size = 0;
-    while ((size = ::getdents64(handle_.get(), buffer.data(), buffer.size())) > 0) {
+    while ((size = ::getdents64(directory.descriptor(), buffer.data(), buffer.size())) > 0) {
         for (ssize_t at = 0; at < size;) {
             const auto& entry = *reinterpret_cast<const dirent64*>(buffer.data() + at);
             at += entry.d_reclen;
@@ -82,7 +68,7 @@ CQMDirectoryListing::CQMDirectoryListing(const std::string& directory, PathBase 
                 continue;
             }
             const bool same = ansiIsAscii && text::isPlain(name);
-            append(kindOf(handle_.get(), entry), same ? name : CQMTranscoder::AnsiToText(name));
+            append(kindOf(directory.descriptor(), entry), same ? name : CQMTranscoder::AnsiToText(name));
         }
     }
     complete_ = size == 0;

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "qm/CNativePath.h"
-#include "qm/handles.h"
+#include "qm/CQMDirectory.h"
 
 #include <string>
 #include <string_view>
@@ -24,9 +23,8 @@ struct DirectoryEntry {
 /// The entries of one directory, read at once in the system's order, without "." and "..".
 class CQMDirectoryListing {
 public:
-    /// A directory that cannot be opened has no entries. One "/" or "\" at the end of the path is
-    /// removed. Throws EQMException when the path is empty in the locale's encoding.
-    explicit CQMDirectoryListing(const std::string& directory, PathBase base = {});
+    /// A directory that could not be opened has no entries. It can be listed once.
+    explicit CQMDirectoryListing(const CQMDirectory& directory);
 
     /// False when the directory could not be opened or read to its end.
     bool isComplete() const noexcept { return complete_; }
@@ -34,15 +32,11 @@ public:
     /// Delivers the entry at `position`, 0 at first, and moves on; false at the end.
     bool next(std::size_t& position, DirectoryEntry& entry) const noexcept;
 
-    /// Hands over the directory, still open, for PathBase.
-    FileHandle takeHandle() noexcept { return std::move(handle_); }
-
 private:
     void append(EntryKind kind, std::string_view name);
 
     /// One entry after the other: its kind, the length of its name in two bytes, its name.
     std::string packed_;
-    FileHandle handle_;
     bool complete_ = false;
 };
 

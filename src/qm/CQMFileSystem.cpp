@@ -2,7 +2,6 @@
 
 #include "qm/CNativePath.h"
 #include "qm/CQMInputFile.h"
-#include "qm/CQMOutputFile.h"
 #include "qm/EQMException.h"
 
 #include <cerrno>
@@ -85,12 +84,10 @@ bool CQMFileSystem::FileExists(const std::string& path)
     return CQMInputFile(path).isOpen();
 }
 
-void CQMFileSystem::MakeDir(const std::string& path)
+void CQMFileSystem::MakeDir(const std::string& path, const CQMDirectory& parent)
 {
-    if (::mkdir(CNativePath(path).c_str(), 0750) != 0) {
-        throwFor(errno, makeDirErrors);
-    }
-    if (!flushDirectory(ExtractDir(path))) {
+    const PathBase base = parent.base();
+    if (::mkdirat(base.directory, CNativePath(path, base).c_str(), 0750) != 0 || !parent.flush()) {
         throwFor(errno, makeDirErrors);
     }
 }

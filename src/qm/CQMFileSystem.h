@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qm/CQMDirectory.h"
+
 #include <string>
 #include <string_view>
 
@@ -26,9 +28,9 @@ public:
     /// True when the path can be opened for reading; a directory can.
     static bool FileExists(const std::string& path);
 
-    /// Makes one directory (mode 0750 before the umask) and flushes its parent to the disk.
+    /// Makes one directory (mode 0750 before the umask) in `parent`, which is flushed to the disk.
     /// Throws EQMException, also when something stands there already.
-    static void MakeDir(const std::string& path);
+    static void MakeDir(const std::string& path, const CQMDirectory& parent);
     /// Removes a file or an empty directory. Throws EQMException.
     static void RemoveFile(const std::string& path);
 };

@@ -1,8 +1,6 @@
 #include "qm/CQMOutputFile.h"
 
 #include "qm/CNativePath.h"
-#include "qm/CQMFileSystem.h"
-#include "qm/CQMTranscoder.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -33,27 +31,27 @@ bool writeAll(int file, std::string_view bytes)
     return true;
 }
 
-/// Flushes, where the file system has the operation.
-bool flush(int file)
+bool writeInPlace(const std::string& path, std::string_view bytes, PathBase base)
 {
-    return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP;
-}
-
-bool writeInPlace(const std::string& name, std::string_view bytes)
-{
-    const FileHandle file(::open(name.c_str(), writingFlags | O_TRUNC, newFileMode));
-    return file && writeAll(file.get(), bytes) && flush(file.get());
+    CQMOutputFile file(path, base);
+    if (!file.isOpen()) {
+        return false;
+    }
+    file.append(bytes);
+    return file.finish();
 }
 
 /// A file under a name that no scan of the database matches; removed unless it was moved away.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(const std::string& target)
+    TemporaryFile(std::string target, int directory)
+        : target_(std::move(target))
+        , directory_(directory)
     {
         // Names that an interrupted addition has left are stepped over.
         for (int number = 1; !file_ && number < 1000; ++number) {
-            name_ = target + "." + std::to_string(number) + ".tmp";
-            file_ = FileHandle(::open(name_.c_str(), writingFlags | O_EXCL, newFileMode));
+            name_ = target_ + "." + std::to_string(number) + ".tmp";
+            file_ = FileHandle(::openat(directory_, name_.c_str(), writingFlags | O_EXCL, newFileMode));
             if (!file_ && errno != EEXIST) {
                 return;
             }
@@ -64,23 +62,29 @@ public:
     ~TemporaryFile()
     {
         if (file_ && !moved_) {
-            ::unlink(name_.c_str());
+            ::unlinkat(directory_, name_.c_str(), 0);
         }
     }
 
-    bool fill(std::string_view bytes) { return file_ && writeAll(file_.get(), bytes) && flush(file_.get()); }
-
-    bool moveTo(const std::string& target)
+    bool fill(std::string_view bytes)
     {
-        if (::renameat2(AT_FDCWD, name_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+        return file_ && writeAll(file_.get(), bytes) && flushToDisk(file_.get());
+    }
+
+    bool moveIntoPlace()
+    {
+        if (::renameat2(directory_, name_.c_str(), directory_, target_.c_str(), RENAME_NOREPLACE) == 0) {
             moved_ = true;
             return true;
         }
         // File systems without the operation; the destructor takes the second name away.
-        return (errno == EINVAL || errno == ENOSYS) && ::link(name_.c_str(), target.c_str()) == 0;
+        return (errno == EINVAL || errno == ENOSYS)
+            && ::linkat(directory_, name_.c_str(), directory_, target_.c_str(), 0) == 0;
     }
 
 private:
+    std::string target_;
+    int directory_;
     std::string name_;
     FileHandle file_;
     bool moved_ = false;
@@ -88,8 +92,8 @@ private:
 
 } // namespace
 
-CQMOutputFile::CQMOutputFile(const std::string& path)
-    : file_(::open(CNativePath(path).c_str(), writingFlags | O_TRUNC, newFileMode))
+CQMOutputFile::CQMOutputFile(const std::string& path, PathBase base)
+    : file_(::openat(base.directory, CNativePath(path, base).c_str(), writingFlags | O_TRUNC, newFileMode))
 {
 }
 
@@ -104,7 +108,7 @@ void CQMOutputFile::append(std::string_view bytes)
 bool CQMOutputFile::finish()
 {
     writeOut();
-    return flush(file_.get()) && good_;
+    return flushToDisk(file_.get()) && good_;
 }
 
 void CQMOutputFile::writeOut()
@@ -113,21 +117,22 @@ void CQMOutputFile::writeOut()
     pending_.clear();
 }
 
-bool writeWholeFile(const std::string& path, std::string_view bytes)
+bool writeWholeFile(const std::string& path, std::string_view bytes, const CQMDirectory& directory)
 {
-    const std::string target = CQMTranscoder::TextToAnsi(path);
+    const PathBase base = directory.base();
+    const std::string target = CNativePath(path, base).c_str();
     struct stat status { };
-    if (target.empty() || ::lstat(target.c_str(), &status) == 0) {
-        return writeInPlace(target, bytes);
+    if (target.empty() || ::fstatat(base.directory, target.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
+        return writeInPlace(path, bytes, base);
     }
     {
-        TemporaryFile file(target);
-        if (!file.fill(bytes) || !file.moveTo(target)) {
+        TemporaryFile file(target, base.directory);
+        if (!file.fill(bytes) || !file.moveIntoPlace()) {
             return false;
         }
     }
-    if (!flushDirectory(CQMFileSystem::ExtractDir(path))) {
-        ::unlink(target.c_str());
+    if (!directory.flush()) {
+        ::unlinkat(base.directory, target.c_str(), 0);
         return false;
     }
     return true;
@@ -139,13 +144,6 @@ void appendToFile(const std::string& path, std::string_view bytes)
     if (file) {
         static_cast<void>(writeAll(file.get(), bytes));
     }
-}
-
-bool flushDirectory(std::string_view directory)
-{
-    const std::string name = directory.empty() ? "." : CQMTranscoder::TextToAnsi(directory);
-    const FileHandle handle(::open(name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return handle ? flush(handle.get()) : errno == EACCES;
 }
 
 } // namespace qm

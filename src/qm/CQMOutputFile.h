@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qm/CQMDirectory.h"
 #include "qm/handles.h"
 
 #include <string>
@@ -11,7 +12,7 @@ namespace qm {
 class CQMOutputFile {
 public:
     /// `path` is inner text; ask isOpen() for the outcome.
-    explicit CQMOutputFile(const std::string& path);
+    explicit CQMOutputFile(const std::string& path, PathBase base = {});
 
     bool isOpen() const noexcept { return static_cast<bool>(file_); }
 
@@ -29,18 +30,15 @@ private:
     bool good_ = true;
 };
 
-/// Writes a whole file so that it appears at `path` complete or not at all, flushed to the disk.
+/// Writes a whole file in `directory` so that it appears at `path` complete or not at all, flushed to
+/// the disk.
 ///
 /// Where nothing stands at `path`, the bytes are written beside it and moved into place without
 /// replacing what may have appeared there meanwhile; what stands there already is written in place.
 /// False when the file does not stand complete; a half-made one is removed.
-bool writeWholeFile(const std::string& path, std::string_view bytes);
+bool writeWholeFile(const std::string& path, std::string_view bytes, const CQMDirectory& directory);
 
 /// Appends bytes to a file in one piece, making it when missing. Never waits; failures are ignored.
 void appendToFile(const std::string& path, std::string_view bytes);
-
-/// Flushes a directory's entries to the disk; the empty path is the current directory. True as well
-/// where the file system has no such operation, else false with errno set.
-bool flushDirectory(std::string_view directory);
 
 } // namespace qm

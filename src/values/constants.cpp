@@ -68,14 +68,14 @@ int load(const CDbFile& head, const std::string& path, IDbDataConstVector& value
     return QMDB_OK;
 }
 
-int save(const CDbFile& head, const std::string& path, const IDbDataConst& value)
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataConst& value)
 {
-    return write(head, path, [&](CDataWriter& file) { file.line({ value.value }); });
+    return write(head, place, [&](CDataWriter& file) { file.line({ value.value }); });
 }
 
-int save(const CDbFile& head, const std::string& path, const IDbDataConstVector& value)
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataConstVector& value)
 {
-    return write(head, path, [&](CDataWriter& file) { file.line({ value.x, value.y, value.z }); });
+    return write(head, place, [&](CDataWriter& file) { file.line({ value.x, value.y, value.z }); });
 }
 
 } // namespace values

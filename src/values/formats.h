@@ -20,13 +20,19 @@ int load(const CDbFile& head, const std::string& path, IDbDataTableVector& value
 int load(const CDbFile& head, const std::string& path, IDbDataTable2D& value);
 int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& value);
 
+/// Where a data file is to be written.
+struct DataFilePlace {
+    std::string path;
+    const qm::CQMDirectory& directory; ///< the directory in the path
+};
+
 /// Each save writes the data file in place and flushes it to the disk; -6 when it cannot be opened.
 /// What goes wrong after that is not reported. Nothing is checked: rows are written as they are.
-int save(const CDbFile& head, const std::string& path, const IDbDataConst& value);
-int save(const CDbFile& head, const std::string& path, const IDbDataConstVector& value);
-int save(const CDbFile& head, const std::string& path, const IDbDataTable& value);
-int save(const CDbFile& head, const std::string& path, const IDbDataTableVector& value);
-int save(const CDbFile& head, const std::string& path, const IDbDataTable2D& value);
-int save(const CDbFile& head, const std::string& path, const IDbDataTable2DVector& value);
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataConst& value);
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataConstVector& value);
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable& value);
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTableVector& value);
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable2D& value);
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable2DVector& value);
 
 } // namespace values

@@ -41,9 +41,9 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
 }
 
 template <class Table>
-int saveTable(const CDbFile& head, const std::string& path, const Table& table)
+int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
 {
-    return write(head, path, [&](CDataWriter& file) { file.rows(table.rows, table.count); });
+    return write(head, place, [&](CDataWriter& file) { file.rows(table.rows, table.count); });
 }
 
 } // namespace
@@ -58,14 +58,14 @@ int load(const CDbFile& head, const std::string& path, IDbDataTableVector& value
     return loadTable<TABLEROWVECT>(head.log(), path, value);
 }
 
-int save(const CDbFile& head, const std::string& path, const IDbDataTable& value)
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable& value)
 {
-    return saveTable(head, path, value);
+    return saveTable(head, place, value);
 }
 
-int save(const CDbFile& head, const std::string& path, const IDbDataTableVector& value)
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTableVector& value)
 {
-    return saveTable(head, path, value);
+    return saveTable(head, place, value);
 }
 
 } // namespace values

@@ -136,9 +136,9 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
 }
 
 template <class Table>
-int saveTable(const CDbFile& head, const std::string& path, const Table& table)
+int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
 {
-    return write(head, path, [&](CDataWriter& file) {
+    return write(head, place, [&](CDataWriter& file) {
         for (long i = 0; table.subtables && i < table.count; ++i) {
             file.line({ table.subtables[i].firstArg }, firstArgKey);
             file.rows(table.subtables[i].rows, table.subtables[i].count);
@@ -158,14 +158,14 @@ int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& val
     return loadTable<TABLEROWVECT>(head.log(), path, value);
 }
 
-int save(const CDbFile& head, const std::string& path, const IDbDataTable2D& value)
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable2D& value)
 {
-    return saveTable(head, path, value);
+    return saveTable(head, place, value);
 }
 
-int save(const CDbFile& head, const std::string& path, const IDbDataTable2DVector& value)
+int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable2DVector& value)
 {
-    return saveTable(head, path, value);
+    return saveTable(head, place, value);
 }
 
 } // namespace values

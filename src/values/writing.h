@@ -1,10 +1,8 @@
 #pragma once
 
-#include "files/CDbFile.h"
-#include "qm/CQMFileSystem.h"
 #include "qm/CQMOutputFile.h"
 #include "qmdatabase/status.h"
-#include "qmdatabase/values.h"
+#include "values/formats.h"
 
 #include <initializer_list>
 
@@ -49,9 +47,9 @@ private:
 
 /// Opens a data file, lets `fill` write it, and flushes it and its directory to the disk.
 template <class Fill>
-int write(const CDbFile& head, const std::string& path, Fill&& fill)
+int write(const CDbFile& head, const DataFilePlace& place, Fill&& fill)
 {
-    qm::CQMOutputFile file(path);
+    qm::CQMOutputFile file(place.path, place.directory.base());
     if (!file.isOpen()) {
         // The head's path, not the data file's: hosts match on this message.
         head.log().error("Cannot open file for write: ", head.path.text());
@@ -61,7 +59,7 @@ int write(const CDbFile& head, const std::string& path, Fill&& fill)
     fill(writer);
     // Errors after a successful open have no code; reading the value tells.
     static_cast<void>(file.finish());
-    static_cast<void>(qm::flushDirectory(qm::CQMFileSystem::ExtractDir(path)));
+    static_cast<void>(place.directory.flush());
     return QMDB_OK;
 }
 
