@@ -62,7 +62,8 @@ extern "C" {
  *         A root directory that does not exist or holds nothing opens as an empty database. A
  *         substance without phases is skipped with a line in the log.
  */
-int qmdbOpen(const wchar_t* path, const wchar_t* language, const wchar_t* logDir, bool logInfo, long* databaseId);
+int qmdbOpen(
+    const wchar_t* path, const wchar_t* language, const wchar_t* logDir, bool logInfo, long* databaseId);
 
 /**
  * Closes a database and frees all that it holds in memory. Arrays and values handed out stay valid.
@@ -124,7 +125,8 @@ int qmdbGetPhaseParams(long databaseId, long matterId, long phaseId, PARAMETER**
  * @return 0; -2: unknown database, substance or phase change; -4;
  *         -9: no substances, the substance has no phase changes, or the change no parameters.
  */
-int qmdbGetPhaseChangeParams(long databaseId, long matterId, long phaseChangeId, PARAMETER** params, int* count);
+int qmdbGetPhaseChangeParams(
+    long databaseId, long matterId, long phaseChangeId, PARAMETER** params, int* count);
 
 /**
  * Reads the value of one parameter from its data file. Nothing is cached: each call reads the file.

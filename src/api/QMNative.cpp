@@ -16,19 +16,19 @@ std::string argumentText(const wchar_t* text)
     return text ? qm::text::fromWide(text) : std::string();
 }
 
-template <class Record>
-int destroyArray(Record** records) noexcept
+template <class Record> int destroyArray(Record** records) noexcept
 {
     if (!records || !*records) {
         return QMDB_E_NULL_POINTER;
     }
-    delete[] *records;
+    delete[] * records;
     return QMDB_OK;
 }
 
 } // namespace
 
-int qmdbOpen(const wchar_t* path, const wchar_t* language, const wchar_t* logDir, bool logInfo, long* databaseId)
+int qmdbOpen(
+    const wchar_t* path, const wchar_t* language, const wchar_t* logDir, bool logInfo, long* databaseId)
 {
     if (!databaseId) {
         return QMDB_E_NULL_POINTER;
@@ -54,14 +54,15 @@ int qmdbClose(long databaseId)
 int qmdbGetMatters(long databaseId, MATTER** matters, int* count)
 {
     return onDatabase(
-        databaseId, [&](CDatabase& database) { return database.getMatters(*matters, *count); }, matters, count);
+        databaseId, [&](CDatabase& database) { return database.getMatters(*matters, *count); }, matters,
+        count);
 }
 
 int qmdbGetPhases(long databaseId, long matterId, PHASE** phases, int* count)
 {
     return onDatabase(
-        databaseId, [&](CDatabase& database) { return database.getPhases(matterId, *phases, *count); }, phases,
-        count);
+        databaseId, [&](CDatabase& database) { return database.getPhases(matterId, *phases, *count); },
+        phases, count);
 }
 
 int qmdbGetPhaseChanges(long databaseId, long matterId, PHASECHANGE** changes, int* count)
@@ -74,23 +75,26 @@ int qmdbGetPhaseChanges(long databaseId, long matterId, PHASECHANGE** changes, i
 int qmdbGetMatterParams(long databaseId, long matterId, PARAMETER** params, int* count)
 {
     return onDatabase(
-        databaseId, [&](CDatabase& database) { return database.getMatterParams(matterId, *params, *count); }, params,
-        count);
+        databaseId, [&](CDatabase& database) { return database.getMatterParams(matterId, *params, *count); },
+        params, count);
 }
 
 int qmdbGetPhaseParams(long databaseId, long matterId, long phaseId, PARAMETER** params, int* count)
 {
     return onDatabase(
         databaseId,
-        [&](CDatabase& database) { return database.getPhaseParams(matterId, phaseId, *params, *count); }, params,
-        count);
+        [&](CDatabase& database) { return database.getPhaseParams(matterId, phaseId, *params, *count); },
+        params, count);
 }
 
-int qmdbGetPhaseChangeParams(long databaseId, long matterId, long phaseChangeId, PARAMETER** params, int* count)
+int qmdbGetPhaseChangeParams(
+    long databaseId, long matterId, long phaseChangeId, PARAMETER** params, int* count)
 {
     return onDatabase(
         databaseId,
-        [&](CDatabase& database) { return database.getPhaseChangeParams(matterId, phaseChangeId, *params, *count); },
+        [&](CDatabase& database) {
+            return database.getPhaseChangeParams(matterId, phaseChangeId, *params, *count);
+        },
         params, count);
 }
 
@@ -110,12 +114,14 @@ int qmdbGetParamValue(
 
 int qmdbAddMatter(long databaseId, const MATTER* matter)
 {
-    return onDatabase(databaseId, [&](CDatabase& database) { return database.addMatter(*matter); }, matter);
+    return onDatabase(
+        databaseId, [&](CDatabase& database) { return database.addMatter(*matter); }, matter);
 }
 
 int qmdbAddPhase(long databaseId, long matterId, const PHASE* phase)
 {
-    return onDatabase(databaseId, [&](CDatabase& database) { return database.addPhase(matterId, *phase); }, phase);
+    return onDatabase(
+        databaseId, [&](CDatabase& database) { return database.addPhase(matterId, *phase); }, phase);
 }
 
 int qmdbAddPhaseChange(long databaseId, long matterId, const PHASECHANGE* change)
@@ -136,7 +142,8 @@ int qmdbAddPhaseParam(
 {
     return onDatabase(
         databaseId,
-        [&](CDatabase& database) { return database.addPhaseParameter(matterId, phaseId, *param, value); }, param);
+        [&](CDatabase& database) { return database.addPhaseParameter(matterId, phaseId, *param, value); },
+        param);
 }
 
 int qmdbGetAvailablePhaseParams(

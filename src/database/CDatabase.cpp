@@ -10,8 +10,8 @@ int CDatabase::openDatabase(std::string_view path, std::string_view language)
     log_.deleteLogFile();
     log_.info("Database path: ", path);
     const bool russian = language.starts_with("ru");
-    strings_ = std::make_unique<CLocalizer>(
-        CFilePath(path_, russian ? s_localFileName : s_defaultFileName), log_);
+    strings_
+        = std::make_unique<CLocalizer>(CFilePath(path_, russian ? s_localFileName : s_defaultFileName), log_);
     CDirectory root(path_);
     if (const int code = loadMatters(root); code != QMDB_OK) {
         return code;

@@ -23,18 +23,44 @@ CFilePath makeEntityDir(const std::string& parent, std::string_view prefix, std:
     return { std::move(directory), name + "." + std::string(extension) };
 }
 
-/// Saves a new entity and puts it into its map under its ID.
+/// Saves a new entity, puts it into its map and says so.
 template <class Entity>
-int saveAndInsert(Entity&& entity, std::map<long, Entity>& entities, std::string_view successMessage)
+int saveEntity(std::map<long, Entity>& entities, Entity entity, std::string_view successMessage)
 {
-    if (const int code = entity.saveFile(qm::CQMDirectory(*entity.path.directoryPart())); code != QMDB_OK) {
+    const CLog& log = entity.log();
+    const long id = entity.getID();
+    const std::string path = entity.path.text();
+    const qm::CQMDirectory directory(*entity.path.directoryPart());
+    if (const int code = saveAndInsert(entities, std::move(entity), directory); code != QMDB_OK) {
         return code;
     }
-    const long id = entity.getID();
-    entity.log().info(successMessage, entity.path.text(), ", ID=", id);
-    entities.insert_or_assign(id, std::move(entity));
+    log.info(successMessage, path, ", ID=", id);
     return QMDB_OK;
 }
+
+/// Keeps a name in a set while its owner is being saved, and for good once that has worked.
+class CNameClaim {
+public:
+    CNameClaim(std::unordered_set<std::string>& names, std::string_view name)
+        : names_(names)
+    {
+        const auto [at, isNew] = names.emplace(name);
+        claimed_ = isNew ? &*at : nullptr;
+    }
+    CNameClaim(const CNameClaim&) = delete;
+    CNameClaim& operator=(const CNameClaim&) = delete;
+    ~CNameClaim()
+    {
+        if (claimed_) {
+            names_.erase(names_.find(*claimed_));
+        }
+    }
+    void keep() noexcept { claimed_ = nullptr; }
+
+private:
+    std::unordered_set<std::string>& names_;
+    const std::string* claimed_ = nullptr;
+};
 
 } // namespace
 
@@ -56,11 +82,11 @@ int CDatabase::addMatter(const MATTER& matter)
     if (const int code = setComposition(created, matter); code != QMDB_OK) {
         return code;
     }
-    const std::string displayName(created.getName());
-    if (const int code = saveAndInsert(std::move(created), matters_, "New material saved: "); code != QMDB_OK) {
+    CNameClaim claim(*matterNames_, created.getName());
+    if (const int code = saveEntity(matters_, std::move(created), "New material saved: "); code != QMDB_OK) {
         return code;
     }
-    matterNames_->insert(displayName);
+    claim.keep();
     return static_cast<int>(maxMatterId_);
 }
 
@@ -75,7 +101,8 @@ int CDatabase::setComposition(CMatter& created, const MATTER& matter) const
     const double sum = composition::sumOfFractions(components);
     // A sum that is not a number passes.
     if (sum > maxSumOfFractions || sum < minSumOfFractions) {
-        log_.error("Incorrect molar fractions summ at sunstance addition (", conversions::double2wstr(sum), ")");
+        log_.error(
+            "Incorrect molar fractions summ at sunstance addition (", conversions::double2wstr(sum), ")");
         return QMDB_E_FRACTIONS;
     }
     created.setComposition(composition::format(components));
@@ -112,7 +139,7 @@ int CDatabase::addPhase(long matterId, const PHASE& phase)
     created.setName(name);
     created.setNameID(strings_->increaseMaxStringID());
     created.setMatterState(phase.aggreg);
-    const int code = saveAndInsert(std::move(created), matter->phases, "New phase saved: ");
+    const int code = saveEntity(matter->phases, std::move(created), "New phase saved: ");
     return code == QMDB_OK ? static_cast<int>(matter->maxPhaseId) : code;
 }
 
@@ -136,6 +163,6 @@ int CDatabase::addPhaseChange(long matterId, const PHASECHANGE& phaseChange)
     created.setNameID(strings_->increaseMaxStringID());
     created.setPhase1ID(phaseChange.phase1);
     created.setPhase2ID(phaseChange.phase2);
-    const int code = saveAndInsert(std::move(created), matter->phaseChanges, "New phase change saved: ");
+    const int code = saveEntity(matter->phaseChanges, std::move(created), "New phase change saved: ");
     return code == QMDB_OK ? static_cast<int>(matter->maxPhaseChangeId) : code;
 }

@@ -13,7 +13,8 @@ int CDatabase::addMatterParameter(long matterId, const PARAMETER& param, const I
         return code;
     }
     if (matter->heads.has(param.id)) {
-        log_.error("Cannot append the parameter to substance because a parameter with such ID is already present, ",
+        log_.error(
+            "Cannot append the parameter to substance because a parameter with such ID is already present, ",
             param.id);
         return QMDB_E_DUPLICATE_PARAMETER;
     }
@@ -34,11 +35,13 @@ int CDatabase::addPhaseParameter(long matterId, long phaseId, const PARAMETER& p
     }
     CPhase& phase = found->second;
     if (!isParameterCorrectForPhase(param.id, phase.getAggreg())) {
-        log_.error("Incorrect parameter for the phase AS, ParamID=", param.id, "AS=", static_cast<int>(phase.getAggreg()));
+        log_.error("Incorrect parameter for the phase AS, ParamID=", param.id,
+            "AS=", static_cast<int>(phase.getAggreg()));
         return QMDB_E_STATE_NOT_ALLOWED;
     }
     if (phase.heads.has(param.id)) {
-        log_.error("Cannot append the parameter to phase because a parameter with such ID is already present, ",
+        log_.error(
+            "Cannot append the parameter to phase because a parameter with such ID is already present, ",
             param.id);
         return QMDB_E_DUPLICATE_PARAMETER;
     }
@@ -53,20 +56,21 @@ int CDatabase::checkParameter(const PARAMETER& param) const
         return QMDB_E_UNKNOWN_PARAMETER;
     }
     if (!isParameterTypeCorrect(param.id, param.type)) {
-        log_.error("Incorrect parameter type for addition, ParamID=", param.id, "ParamType=", static_cast<int>(param.type));
+        log_.error("Incorrect parameter type for addition, ParamID=", param.id,
+            "ParamType=", static_cast<int>(param.type));
         return QMDB_E_TYPE_NOT_ALLOWED;
     }
     if (!isParameterVectorTypeCorrect(param.id, param.vector)) {
-        log_.error("Incorrect parameter scalar/vector type for addition, ParamID=", param.id, "Vector=",
-            static_cast<int>(param.vector));
+        log_.error("Incorrect parameter scalar/vector type for addition, ParamID=", param.id,
+            "Vector=", static_cast<int>(param.vector));
         return QMDB_E_VECTOR_NOT_ALLOWED;
     }
     return QMDB_OK;
 }
 
 /// Writes the data file, then the head that names it, and attaches the head to its owner.
-int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAMETER& param, const IDbData* data,
-    std::string_view successMessage)
+int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAMETER& param,
+    const IDbData* data, std::string_view successMessage)
 {
     if (!data) {
         return QMDB_E_NULL_POINTER;
@@ -83,10 +87,9 @@ int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAME
         std::string(qm::CQMFileSystem::ExtractName(headPath)) + std::string(s_paramDataFileExt));
     // The head is saved either way; reading the value tells what became of the data file.
     static_cast<void>(head.setData(*data, directory));
-    if (const int code = head.saveFile(directory); code != QMDB_OK) {
+    if (const int code = heads.saveAndAdd(std::move(head), directory); code != QMDB_OK) {
         return code;
     }
     log_.info(successMessage, headPath, ", ID=", param.id);
-    heads.add(std::move(head));
     return QMDB_OK;
 }

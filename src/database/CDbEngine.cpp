@@ -10,8 +10,8 @@ int CDbEngine::openDatabase(
     if (const int code = database->openDatabase(path, language); code != QMDB_OK) {
         return code;
     }
-    databaseId = getDatabaseID();
-    databases_.insert_or_assign(databaseId, std::move(database));
+    databases_.insert_or_assign(lastDbID + 1, std::move(database));
+    databaseId = getDatabaseID(); // only now: a failure above uses no ID up
     return QMDB_OK;
 }
 

@@ -14,7 +14,8 @@ namespace {
 std::optional<std::size_t> numberIn(
     std::string_view name, std::string_view prefix, std::string_view extension)
 {
-    if (name.size() <= prefix.size() + extension.size() || !name.starts_with(prefix) || !name.ends_with(extension)) {
+    if (name.size() <= prefix.size() + extension.size() || !name.starts_with(prefix)
+        || !name.ends_with(extension)) {
         return std::nullopt;
     }
     name.remove_prefix(prefix.size());
@@ -45,8 +46,8 @@ std::string probe(std::string_view path, std::string_view prefix, std::string_vi
 
 } // namespace
 
-std::string uniqueName(
-    const qm::CQMDirectory& directory, std::string_view path, std::string_view prefix, std::string_view extension)
+std::string uniqueName(const qm::CQMDirectory& directory, std::string_view path, std::string_view prefix,
+    std::string_view extension)
 {
     const qm::CQMDirectoryListing listing(directory);
     if (!listing.isComplete()) {

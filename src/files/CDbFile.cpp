@@ -1,11 +1,10 @@
 #include "files/CDbFile.h"
 
-#include "files/descriptorLine.h"
 #include "files/CLineReader.h"
+#include "files/descriptorLine.h"
 #include "qm/CQMOutputFile.h"
 #include "qm/CQMTranscoder.h"
 #include "qmdatabase/status.h"
-
 
 CDbFile::CDbFile(const FoundFile& file, const CLog& log)
     : status(QMDB_E_READ)

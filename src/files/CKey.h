@@ -28,9 +28,9 @@ public:
     static constexpr std::string_view textOf(unsigned char code) noexcept { return knownKeys[code]; }
 
 private:
-    static constexpr std::array<std::string_view, 19> knownKeys = { "Aggreg", "AvForPhases", "Binary", "Comment",
-        "CommentID", "Composition", "Data", "DataTypes", "ID", "Mixture", "Name", "NameID", "Phase1", "Phase2",
-        "Scalar", "Type", "Units", "UnitsID", "Vector" };
+    static constexpr std::array<std::string_view, 19> knownKeys = { "Aggreg", "AvForPhases", "Binary",
+        "Comment", "CommentID", "Composition", "Data", "DataTypes", "ID", "Mixture", "Name", "NameID",
+        "Phase1", "Phase2", "Scalar", "Type", "Units", "UnitsID", "Vector" };
     static constexpr std::size_t hashSlots = 64;
 
     /// Tells the known keys apart; two with one hash would not compile.

@@ -26,7 +26,8 @@ std::string_view takeText(const char*& at) noexcept
 {
     std::size_t length = static_cast<unsigned char>(*at++);
     for (unsigned shift = 7; length >> shift != 0; shift += 7) {
-        length = (length ^ std::size_t { 1 } << shift) | static_cast<std::size_t>(static_cast<unsigned char>(*at++)) << shift;
+        length = (length ^ std::size_t { 1 } << shift)
+            | static_cast<std::size_t>(static_cast<unsigned char>(*at++)) << shift;
     }
     const std::string_view text(at, length);
     at += length;

@@ -30,8 +30,7 @@ long CLocalizer::increaseMaxStringID()
     return maxStringID_;
 }
 
-std::string_view CLocalizer::textOf(
-    const CDbFile& object, CKey idKey, CKey textKey) const
+std::string_view CLocalizer::textOf(const CDbFile& object, CKey idKey, CKey textKey) const
 {
     // An absent string ID looks the empty key up, which a table line that begins with "=" has.
     const auto found = texts_.find(object.getParametr(idKey));

@@ -7,9 +7,6 @@
 
 void CLog::writeLogMessage(std::string_view message, bool info) const
 {
-    if (info && !logInfo_) {
-        return;
-    }
     std::string line = info ? "" : "ERROR: ";
     try {
         line += qm::CQMTranscoder::TextToUTF8(message);

@@ -3,6 +3,7 @@
 #include "files/conversions.h"
 
 #include <concepts>
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -19,18 +20,13 @@ public:
     }
 
     /// Writes the parts, one after the other, as an error line. Numbers are written with "%lu".
-    template <class... Parts>
-    void error(const Parts&... parts) const
-    {
-        writeLogMessage(join(parts...), false);
-    }
+    template <class... Parts> void error(const Parts&... parts) const noexcept { write(false, parts...); }
 
     /// The same as an informational line, which is written only when the host wants them.
-    template <class... Parts>
-    void info(const Parts&... parts) const
+    template <class... Parts> void info(const Parts&... parts) const noexcept
     {
         if (logInfo_) {
-            writeLogMessage(join(parts...), true);
+            write(true, parts...);
         }
     }
 
@@ -42,12 +38,14 @@ public:
 private:
     std::string getLogFileName() const;
 
-    template <class... Parts>
-    static std::string join(const Parts&... parts)
-    {
+    /// A line for which there is no memory is lost; what it tells of goes on.
+    template <class... Parts> void write(bool info, const Parts&... parts) const noexcept
+    try {
         std::string message;
         (append(message, parts), ...);
-        return message;
+        writeLogMessage(message, info);
+    } catch (const std::exception&) {
+        return;
     }
     static void append(std::string& message, std::string_view part) { message += part; }
     static void append(std::string& message, std::integral auto number)

@@ -90,7 +90,8 @@ std::vector<std::string> splitString(std::string_view text)
     std::vector<std::string> tokens;
     while (start <= last) {
         tokens.emplace_back(text.substr(start, found - start));
-        const std::size_t next = found == std::string_view::npos ? found : text.find_first_not_of(blank, found);
+        const std::size_t next
+            = found == std::string_view::npos ? found : text.find_first_not_of(blank, found);
         if (next == std::string_view::npos) {
             break;
         }

@@ -10,7 +10,6 @@
 /// library's "%ld", "%lu" and "%lg" in the current numeric locale.
 namespace conversions {
 
-
 /// "%ld": 0 when no number begins the text; what follows the number is ignored.
 long wstr2long(std::string_view text);
 

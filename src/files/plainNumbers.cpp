@@ -11,8 +11,8 @@ namespace conversions {
 
 namespace {
 
-constexpr double powersOfTen[] = { 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14,
-    1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22 };
+constexpr double powersOfTen[] = { 1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13,
+    1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22 };
 constexpr long maxExactPower = 22;
 constexpr std::uint64_t maxExactMantissa = std::uint64_t { 1 } << 53;
 constexpr std::ptrdiff_t maxMantissaDigits = 18; // as many always fit 64 bits
@@ -24,8 +24,7 @@ bool isDigit(char c) noexcept
 }
 
 /// Takes digits into `value`; returns where they end.
-template <class Integer>
-const char* takeDigits(const char* at, const char* end, Integer& value) noexcept
+template <class Integer> const char* takeDigits(const char* at, const char* end, Integer& value) noexcept
 {
     for (; at != end && isDigit(*at); ++at) {
         value = value * 10 + static_cast<Integer>(*at - '0');

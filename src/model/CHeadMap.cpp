@@ -19,7 +19,7 @@ int CHeadMap::load(CDirectory& directory, const CLog& log, const HeadMessages& m
             return head.status;
         }
         const long id = head.getID();
-        add(std::move(head));
+        heads_.insert_or_assign(id, std::move(head));
         log.info(messages.added, id);
     }
     log.info(messages.total, heads_.size());
@@ -43,8 +43,7 @@ int CHeadMap::getParamData(long paramId, IDbData*& value) const
     return code == QMDB_OK ? head->getData(value) : code;
 }
 
-void CHeadMap::add(CParameterData head)
+int CHeadMap::saveAndAdd(CParameterData head, const qm::CQMDirectory& directory)
 {
-    const long id = head.getID();
-    heads_.insert_or_assign(id, std::move(head));
+    return saveAndInsert(heads_, std::move(head), directory);
 }

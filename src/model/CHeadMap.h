@@ -25,8 +25,8 @@ public:
     int getParamData(long paramId, IDbData*& value) const;
 
     bool has(long paramId) const { return heads_.contains(paramId); }
-    /// A head with the same ID is replaced.
-    void add(CParameterData head);
+    /// Saves a new head, whose data file has been written, and adds it.
+    int saveAndAdd(CParameterData head, const qm::CQMDirectory& directory);
 
 private:
     std::map<long, CParameterData> heads_;

@@ -9,14 +9,13 @@ namespace {
 
 constexpr long none = -1;
 
-template <class Map>
-bool hasName(const Map& entities, std::string_view name)
+template <class Map> bool hasName(const Map& entities, std::string_view name)
 {
-    return std::ranges::any_of(entities, [name](const auto& entry) { return entry.second.getName() == name; });
+    return std::ranges::any_of(
+        entities, [name](const auto& entry) { return entry.second.getName() == name; });
 }
 
-template <class Map>
-int listParams(const Map& owners, long ownerId, PARAMETER*& params, int& count)
+template <class Map> int listParams(const Map& owners, long ownerId, PARAMETER*& params, int& count)
 {
     params = nullptr;
     count = 0;
@@ -25,8 +24,7 @@ int listParams(const Map& owners, long ownerId, PARAMETER*& params, int& count)
     return code == QMDB_OK ? owner->heads.list(params, count) : code;
 }
 
-template <class Map>
-int readValue(const Map& owners, long ownerId, long paramId, IDbData*& value)
+template <class Map> int readValue(const Map& owners, long ownerId, long paramId, IDbData*& value)
 {
     value = nullptr;
     const typename Map::mapped_type* owner = nullptr;

@@ -22,11 +22,10 @@ int loadAs(const CParameterData& head, const std::string& path, PARAM_TYPE type,
     return code;
 }
 
-template <class Value>
+template <class Plain>
 int saveAs(const CParameterData& head, const values::DataFilePlace& place, const IDbData& value)
 {
-    // Never dynamic_cast: the value may be a C host's structure.
-    return values::save(head, place, static_cast<const Value&>(value));
+    return values::save(head, place, values::plainCopy<Plain>(value));
 }
 
 } // namespace
@@ -67,16 +66,16 @@ int CParameterData::setData(const IDbData& value, const qm::CQMDirectory& direct
     const values::DataFilePlace place { dataFilePath(), directory };
     switch (getType()) {
     case PARAM_TYPE_CONSTANT:
-        return isVector() ? saveAs<IDbDataConstVector>(*this, place, value)
-                          : saveAs<IDbDataConst>(*this, place, value);
+        return isVector() ? saveAs<values::PlainConstVector>(*this, place, value)
+                          : saveAs<values::PlainConst>(*this, place, value);
     case PARAM_TYPE_TABLE_T:
     case PARAM_TYPE_TABLE_P:
-        return isVector() ? saveAs<IDbDataTableVector>(*this, place, value)
-                          : saveAs<IDbDataTable>(*this, place, value);
+        return isVector() ? saveAs<values::PlainTable<TABLEROWVECT>>(*this, place, value)
+                          : saveAs<values::PlainTable<TABLEROW>>(*this, place, value);
     case PARAM_TYPE_TABLE2D_T:
     case PARAM_TYPE_TABLE2D_X:
-        return isVector() ? saveAs<IDbDataTable2DVector>(*this, place, value)
-                          : saveAs<IDbDataTable2D>(*this, place, value);
+        return isVector() ? saveAs<values::PlainTable2D<SUBTABLEVECT>>(*this, place, value)
+                          : saveAs<values::PlainTable2D<SUBTABLECONST>>(*this, place, value);
     default:
         return QMDB_E_NOT_FOUND;
     }

@@ -33,8 +33,8 @@ public:
     /// Reads the data file into a new value, which belongs to the caller; null on failure.
     int getData(IDbData*& result) const;
 
-    /// Writes the data file into `directory`, the head's own. The head's type and vector flag, which must be set, tell the value's
-    /// class; the value's own fields are not looked at.
+    /// Writes the data file into `directory`, the head's own. The head's type and vector flag, which must be
+    /// set, tell the value's class; the value's own fields are not looked at.
     int setData(const IDbData& value, const qm::CQMDirectory& directory) const;
 
 private:

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "qm/CQMDirectory.h"
 #include "qmdatabase/status.h"
 
 #include <map>
 #include <memory>
 
 /// Finds an entity by ID: -9 when there is none of its kind at all, -2 when none has the ID.
-template <class Map, class Entity>
-int findEntity(Map& entities, long id, Entity*& found)
+template <class Map, class Entity> int findEntity(Map& entities, long id, Entity*& found)
 {
     if (entities.empty()) {
         return QMDB_E_EMPTY;
@@ -36,4 +36,18 @@ int listRecords(const std::map<long, Entity>& entities, Record*& records, int& c
     }
     records = array.release();
     return QMDB_OK;
+}
+
+/// Saves a new object and puts it into its map under its ID.
+template <class Object>
+int saveAndInsert(std::map<long, Object>& objects, Object object, const qm::CQMDirectory& directory)
+{
+    // The map's node is made first, so that what stands on the disk also stands in the map.
+    std::map<long, Object> added;
+    const long id = object.getID();
+    const int code = added.emplace(id, std::move(object)).first->second.saveFile(directory);
+    if (code == QMDB_OK) {
+        objects.merge(added);
+    }
+    return code;
 }

@@ -68,12 +68,12 @@ int load(const CDbFile& head, const std::string& path, IDbDataConstVector& value
     return QMDB_OK;
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataConst& value)
+int save(const CDbFile& head, const DataFilePlace& place, const PlainConst& value)
 {
     return write(head, place, [&](CDataWriter& file) { file.line({ value.value }); });
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataConstVector& value)
+int save(const CDbFile& head, const DataFilePlace& place, const PlainConstVector& value)
 {
     return write(head, place, [&](CDataWriter& file) { file.line({ value.x, value.y, value.z }); });
 }

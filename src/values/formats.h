@@ -2,6 +2,7 @@
 
 #include "files/CDbFile.h"
 #include "qmdatabase/values.h"
+#include "values/plainValues.h"
 
 #include <string>
 
@@ -28,11 +29,11 @@ struct DataFilePlace {
 
 /// Each save writes the data file in place and flushes it to the disk; -6 when it cannot be opened.
 /// What goes wrong after that is not reported. Nothing is checked: rows are written as they are.
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataConst& value);
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataConstVector& value);
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable& value);
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTableVector& value);
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable2D& value);
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable2DVector& value);
+int save(const CDbFile& head, const DataFilePlace& place, const PlainConst& value);
+int save(const CDbFile& head, const DataFilePlace& place, const PlainConstVector& value);
+int save(const CDbFile& head, const DataFilePlace& place, const PlainTable<TABLEROW>& value);
+int save(const CDbFile& head, const DataFilePlace& place, const PlainTable<TABLEROWVECT>& value);
+int save(const CDbFile& head, const DataFilePlace& place, const PlainTable2D<SUBTABLECONST>& value);
+int save(const CDbFile& head, const DataFilePlace& place, const PlainTable2D<SUBTABLEVECT>& value);
 
 } // namespace values

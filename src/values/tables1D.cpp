@@ -6,8 +6,7 @@ namespace values {
 
 namespace {
 
-template <class Row, class Table>
-int loadTable(const CLog& log, const std::string& path, Table& table)
+template <class Row, class Table> int loadTable(const CLog& log, const std::string& path, Table& table)
 {
     CDataFile file(log, path);
     if (const int code = file.checkOpen(); code != QMDB_OK) {
@@ -40,8 +39,7 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
     return QMDB_OK;
 }
 
-template <class Table>
-int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
+template <class Table> int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
 {
     return write(head, place, [&](CDataWriter& file) { file.rows(table.rows, table.count); });
 }
@@ -58,12 +56,12 @@ int load(const CDbFile& head, const std::string& path, IDbDataTableVector& value
     return loadTable<TABLEROWVECT>(head.log(), path, value);
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable& value)
+int save(const CDbFile& head, const DataFilePlace& place, const PlainTable<TABLEROW>& value)
 {
     return saveTable(head, place, value);
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTableVector& value)
+int save(const CDbFile& head, const DataFilePlace& place, const PlainTable<TABLEROWVECT>& value)
 {
     return saveTable(head, place, value);
 }

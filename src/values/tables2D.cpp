@@ -9,8 +9,7 @@ namespace {
 constexpr std::string_view firstArgKey = "P=";
 
 /// Reads the subtables of one file.
-template <class Row>
-class CSubtableReader {
+template <class Row> class CSubtableReader {
 public:
     CSubtableReader(const CLog& log, const std::string& path)
         : log_(log)
@@ -36,8 +35,7 @@ public:
         return subtables_.empty() ? QMDB_E_EMPTY : QMDB_OK;
     }
 
-    template <class Table>
-    void handOver(Table& table)
+    template <class Table> void handOver(Table& table)
     {
         using Subtable = std::remove_pointer_t<decltype(table.subtables)>;
         auto records = std::make_unique<Subtable[]>(subtables_.size());
@@ -123,8 +121,7 @@ private:
     bool hasFirstArg_ = false;
 };
 
-template <class Row, class Table>
-int loadTable(const CLog& log, const std::string& path, Table& table)
+template <class Row, class Table> int loadTable(const CLog& log, const std::string& path, Table& table)
 {
     CSubtableReader<Row> reader(log, path);
     if (const int code = reader.read(); code != QMDB_OK) {
@@ -135,8 +132,7 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
     return QMDB_OK;
 }
 
-template <class Table>
-int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
+template <class Table> int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
 {
     return write(head, place, [&](CDataWriter& file) {
         for (long i = 0; table.subtables && i < table.count; ++i) {
@@ -158,12 +154,12 @@ int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& val
     return loadTable<TABLEROWVECT>(head.log(), path, value);
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable2D& value)
+int save(const CDbFile& head, const DataFilePlace& place, const PlainTable2D<SUBTABLECONST>& value)
 {
     return saveTable(head, place, value);
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const IDbDataTable2DVector& value)
+int save(const CDbFile& head, const DataFilePlace& place, const PlainTable2D<SUBTABLEVECT>& value)
 {
     return saveTable(head, place, value);
 }
