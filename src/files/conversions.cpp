@@ -1,6 +1,6 @@
 #include "files/conversions.h"
 
-#include "qm/CQMTranscoder.h"
+#include "files/plainNumbers.h"
 #include "qm/text.h"
 
 #include <algorithm>
@@ -42,7 +42,8 @@ std::optional<double> wstr2double(std::string_view text)
         copy[comma] = '.';
     }
     double value = 0;
-    if (std::string_view rest = copy; plainNumbersAllowed() && takePlainNumber(rest, value) && rest.empty()) {
+    const char* const end = copy.data() + copy.size();
+    if (plainNumbersAllowed() && takePlainNumber(copy.data(), end, value) == end) {
         return value;
     }
     // swscanf, not wcstod: the two disagree on texts such as "1e" or "infi".

@@ -30,13 +30,4 @@ std::vector<std::string> splitString(std::string_view text);
 /// The text of a record's field, which ends at its first zero or at the array's end.
 std::string fieldText(std::span<const wchar_t> field);
 
-/// True when plainNumber() may be used: the locale's point is ".", the rounding mode to nearest, and
-/// ASCII bytes are ASCII characters.
-bool plainNumbersAllowed();
-
-/// Reads a number that begins with a digit, a minus and a digit, or a point, and ends before a blank,
-/// CR or the text's end, exactly as "%lg" would, and takes it off the text. Leaves the text as it is
-/// when there is no such number, which says nothing about what "%lg" would make of it.
-bool takePlainNumber(std::string_view& text, double& value) noexcept;
-
 } // namespace conversions

@@ -5,9 +5,12 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
 
 namespace qm {
+
+std::size_t countLineEnds(std::string_view bytes) noexcept;
 
 /// A file open for reading.
 ///

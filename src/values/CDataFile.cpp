@@ -1,6 +1,7 @@
 #include "values/CDataFile.h"
 
 #include "files/descriptorLine.h"
+#include "files/plainNumbers.h"
 #include "qm/CQMFileSystem.h"
 #include "qmdatabase/status.h"
 
@@ -48,21 +49,21 @@ bool CDataFile::readPlainNumbers(std::span<double> numbers) const noexcept
     if (!plainNumbersAllowed_) {
         return false;
     }
-    std::string_view rest = bytes_;
+    const char* at = bytes_.data();
+    const char* const end = at + bytes_.size();
     for (double& number : numbers) {
-        if (&number != numbers.data()) {
-            if (!rest.starts_with(' ')) {
-                return false;
-            }
-            do {
-                rest.remove_prefix(1);
-            } while (rest.starts_with(' '));
+        if (&number != numbers.data() && (at == end || *at != ' ')) {
+            return false;
         }
-        if (!conversions::takePlainNumber(rest, number)) {
+        while (at != end && *at == ' ' && &number != numbers.data()) {
+            ++at;
+        }
+        at = conversions::takePlainNumber(at, end, number);
+        if (!at) {
             return false;
         }
     }
-    return rest.empty() || rest == "\r";
+    return at == end || (*at == '\r' && at + 1 == end);
 }
 
 std::string_view CDataFile::text()
