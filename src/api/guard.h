@@ -31,7 +31,7 @@ int onDatabase(long databaseId, Call&& call, const Pointers*... required) noexce
     if (const int code = dbEngine.getDatabase(databaseId, database); code != QMDB_OK) {
         return code;
     }
-    if (((required == nullptr) || ...)) {
+    if ((!required || ...)) {
         return QMDB_E_NULL_POINTER;
     }
     return guarded(database->log(), [&] { return call(*database); });

@@ -1,9 +1,11 @@
 #include "database/composition.h"
 
 #include "files/conversions.h"
+#include "qm/text.h"
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace composition {
 
@@ -23,31 +25,34 @@ Outcome parse(std::string_view text, std::vector<COMPONENT>& components)
     components.resize(static_cast<std::size_t>(std::ranges::count(text, ';')) + 1);
     auto component = components.begin();
     std::string number;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool last = i + 1 == text.size();
-        const bool endsNumber = text[i] == ':' || text[i] == ';' || last;
+    std::size_t length = 0;
+    while (!text.empty()) {
+        const char* const start = text.data();
+        const char32_t c = qm::text::takeFirst(text);
+        const bool last = text.empty();
+        const bool endsNumber = c == ':' || c == ';' || last;
         if (endsNumber && number.empty()) {
             return Outcome::BadFormat; // a single character at the very end is refused as well
         }
-        if (text[i] == ':') {
-            component->matterId = conversions::wstr2long(number);
-            number.clear();
+        if (c == ':') {
+            component->matterId = conversions::wstr2long(std::exchange(number, {}));
+            length = 0;
             continue;
         }
-        if (text[i] != ';' || last) {
-            number += text[i]; // a last ";" belongs to the number before it
+        if (c != ';' || last) {
+            number.append(start, text.data()); // a last ";" belongs to the number before it
+            ++length;
         }
-        if (number.size() > maxNumberLength) {
+        if (length > maxNumberLength) {
             return Outcome::BadFormat;
         }
         if (endsNumber) {
-            const std::optional<double> fraction = conversions::wstr2double(number);
+            const std::optional<double> fraction = conversions::wstr2double(std::exchange(number, {}));
             if (!fraction) {
                 return Outcome::BadFraction;
             }
-            component->molarFraction = *fraction;
-            ++component;
-            number.clear();
+            (component++)->molarFraction = *fraction;
+            length = 0;
         }
     }
     return Outcome::Read;
