@@ -48,7 +48,8 @@ typedef struct TABLEROWVECT {
 #include <utility>
 
 /** Rows of a two-dimensional table that share their first argument (24 bytes). Copies are deep. */
-template <class Row> struct QMDB_SUBTABLE {
+template <class Row>
+struct QMDB_SUBTABLE {
     double firstArg = 0; /**< first argument of the table */
     long count = 0; /**< number of rows */
     Row* rows = nullptr; /**< rows over the second argument, made with array-new; may be null */

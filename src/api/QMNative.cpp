@@ -16,7 +16,8 @@ std::string argumentText(const wchar_t* text)
     return text ? qm::text::fromWide(text) : std::string();
 }
 
-template <class Record> int destroyArray(Record** records) noexcept
+template <class Record>
+int destroyArray(Record** records) noexcept
 {
     if (!records || !*records) {
         return QMDB_E_NULL_POINTER;

@@ -8,7 +8,8 @@
 #include <utility>
 
 /// Runs the body of an exported function: no exception goes further. Its text goes to the log.
-template <class Call> int guarded(const CLog& log, Call&& call) noexcept
+template <class Call>
+int guarded(const CLog& log, Call&& call) noexcept
 try {
     try {
         return std::forward<Call>(call)();

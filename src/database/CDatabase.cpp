@@ -34,6 +34,7 @@ int CDatabase::loadMatters(CDirectory& root)
         }
         file.directory->forget();
     }
+    matters_.finishLoading();
     log_.info("Materials have been added to database", matters_.size());
     return QMDB_OK;
 }
@@ -54,7 +55,7 @@ int CDatabase::loadMatter(const FoundFile& file)
         log_.error("Cannot load matter file: ", matter.path.text());
         return matter.status;
     }
-    matters_.insert_or_assign(id, std::move(matter));
+    matters_.load(id, std::move(matter));
     log_.info("Material has been added to database, ID=", id);
     return QMDB_OK;
 }
@@ -71,9 +72,10 @@ int CDatabase::loadParameters(CDirectory& root)
         const long id = parameter.getID();
         strings_->updateMaxStringID(parameter.getNumber(CParameter::s_NameIDKey));
         strings_->updateMaxStringID(parameter.getNumber(CParameter::s_UnitsIDKey));
-        parameters_.insert_or_assign(id, std::move(parameter));
+        parameters_.load(id, std::move(parameter));
         log_.info("Parameter description has been added to database, ID=", id);
     }
+    parameters_.finishLoading();
     log_.info("Parameter descriptions have been added to database, ", parameters_.size());
     return QMDB_OK;
 }

@@ -5,7 +5,6 @@
 #include "qmdatabase/records.h"
 #include "qmdatabase/values.h"
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,7 +72,6 @@ private:
 
     int findMatter(long matterId, const CMatter*& matter) const;
     int findMatter(long matterId, CMatter*& matter);
-    const CParameter* findParameter(long paramId) const;
     int fillMatter(const CMatter& matter, MATTER& record) const;
     int fillComposition(const CMatter& matter, MATTER& record) const;
     void expandParamsList(PARAMETER* params, int count) const;
@@ -87,8 +85,8 @@ private:
     CLog log_;
     std::shared_ptr<const std::string> path_;
     std::unique_ptr<CLocalizer> strings_;
-    std::map<long, CMatter> matters_;
-    std::map<long, CParameter> parameters_;
+    CIdMap<CMatter> matters_;
+    CIdMap<CParameter> parameters_;
     long maxMatterId_ = -1;
     /// Display names of all substances; collected when the first is added.
     std::optional<std::unordered_set<std::string>> matterNames_;

@@ -3,7 +3,6 @@
 #include "database/composition.h"
 #include "database/uniqueNames.h"
 #include "files/nextId.h"
-#include "model/entityMap.h"
 #include "qm/CQMFileSystem.h"
 #include "qmdatabase/status.h"
 
@@ -25,13 +24,13 @@ CFilePath makeEntityDir(const std::string& parent, std::string_view prefix, std:
 
 /// Saves a new entity, puts it into its map and says so.
 template <class Entity>
-int saveEntity(std::map<long, Entity>& entities, Entity entity, std::string_view successMessage)
+int saveEntity(CIdMap<Entity>& entities, Entity entity, std::string_view successMessage)
 {
     const CLog& log = entity.log();
     const long id = entity.getID();
     const std::string path = entity.path.text();
     const qm::CQMDirectory directory(*entity.path.directoryPart());
-    if (const int code = saveAndInsert(entities, std::move(entity), directory); code != QMDB_OK) {
+    if (const int code = entities.saveAndInsert(std::move(entity), directory); code != QMDB_OK) {
         return code;
     }
     log.info(successMessage, path, ", ID=", id);

@@ -29,23 +29,22 @@ int CDatabase::addPhaseParameter(long matterId, long phaseId, const PARAMETER& p
     if (code != QMDB_OK) {
         return code;
     }
-    const auto found = matter->phases.find(phaseId);
-    if (found == matter->phases.end()) {
+    CPhase* const phase = matter->phases.find(phaseId);
+    if (!phase) {
         return QMDB_E_NOT_FOUND;
     }
-    CPhase& phase = found->second;
-    if (!isParameterCorrectForPhase(param.id, phase.getAggreg())) {
+    if (!isParameterCorrectForPhase(param.id, phase->getAggreg())) {
         log_.error("Incorrect parameter for the phase AS, ParamID=", param.id,
-            "AS=", static_cast<int>(phase.getAggreg()));
+            "AS=", static_cast<int>(phase->getAggreg()));
         return QMDB_E_STATE_NOT_ALLOWED;
     }
-    if (phase.heads.has(param.id)) {
+    if (phase->heads.has(param.id)) {
         log_.error(
             "Cannot append the parameter to phase because a parameter with such ID is already present, ",
             param.id);
         return QMDB_E_DUPLICATE_PARAMETER;
     }
-    return saveParameter(phase, phase.heads, param, data, "New phase parameter saved: ");
+    return saveParameter(*phase, phase->heads, param, data, "New phase parameter saved: ");
 }
 
 /// The rules of the parameter's description that do not depend on the owner.

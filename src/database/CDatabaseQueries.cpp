@@ -1,7 +1,6 @@
 #include "database/CDatabase.h"
 
 #include "database/composition.h"
-#include "model/entityMap.h"
 #include "qmdatabase/status.h"
 
 #include <algorithm>
@@ -110,7 +109,7 @@ int CDatabase::getPhaseChangeParams(long matterId, long phaseChangeId, PARAMETER
 void CDatabase::expandParamsList(PARAMETER* params, int count) const
 {
     for (int i = 0; i < count; ++i) {
-        if (const CParameter* description = findParameter(params[i].id)) {
+        if (const CParameter* description = parameters_.find(params[i].id)) {
             conversions::copyWStringToWtchar(description->getName(), params[i].name);
             conversions::copyWStringToWtchar(description->getUnits(), params[i].units);
         }
@@ -128,16 +127,12 @@ int CDatabase::getParamValue(
 
 int CDatabase::findMatter(long matterId, const CMatter*& matter) const
 {
-    return findEntity(matters_, matterId, matter);
+    matter = matters_.find(matterId);
+    return matters_.check(matterId);
 }
 
 int CDatabase::findMatter(long matterId, CMatter*& matter)
 {
-    return findEntity(matters_, matterId, matter);
-}
-
-const CParameter* CDatabase::findParameter(long paramId) const
-{
-    const auto found = parameters_.find(paramId);
-    return found == parameters_.end() ? nullptr : &found->second;
+    matter = matters_.find(matterId);
+    return matters_.check(matterId);
 }

@@ -63,24 +63,24 @@ void fillDescription(const CParameter& parameter, PARAMETERDESCR& record)
 
 bool CDatabase::isParamIDCorrect(long paramId) const
 {
-    return parameters_.contains(paramId);
+    return parameters_.find(paramId) != nullptr;
 }
 
 bool CDatabase::isParameterTypeCorrect(long paramId, PARAM_TYPE type) const
 {
-    const CParameter* parameter = findParameter(paramId);
+    const CParameter* parameter = parameters_.find(paramId);
     return parameter && isFlagInParamStr(parameter->getDataTypes(), letterOf(type));
 }
 
 bool CDatabase::isParameterVectorTypeCorrect(long paramId, bool vector) const
 {
-    const CParameter* parameter = findParameter(paramId);
+    const CParameter* parameter = parameters_.find(paramId);
     return parameter && (vector ? parameter->getVectorFlag() : parameter->getScalarFlag());
 }
 
 bool CDatabase::isParameterCorrectForPhase(long paramId, MATTER_STATE state) const
 {
-    const CParameter* parameter = findParameter(paramId);
+    const CParameter* parameter = parameters_.find(paramId);
     return parameter && isFlagInParamStr(parameter->getAvForPhases(), letterOf(state));
 }
 
@@ -93,11 +93,11 @@ int CDatabase::getPhaseParamsDescriptions(
     if (const int code = findMatter(matterId, matter); code != QMDB_OK) {
         return code;
     }
-    const auto phase = matter->phases.find(phaseId);
-    if (phase == matter->phases.end()) {
+    const CPhase* phase = matter->phases.find(phaseId);
+    if (!phase) {
         return QMDB_E_NOT_FOUND;
     }
-    const MATTER_STATE state = phase->second.getAggreg();
+    const MATTER_STATE state = phase->getAggreg();
     std::vector<const CParameter*> available;
     for (const auto& [id, parameter] : parameters_) {
         if (isParameterCorrectForPhase(id, state)) {

@@ -20,7 +20,8 @@ struct FoundFile {
 
     /// Calls `use` with the directory part of the path: where the file lies, unless a backslash in its
     /// name makes the part another.
-    template <class Use> auto withDirectoryPart(Use&& use) const
+    template <class Use>
+    auto withDirectoryPart(Use&& use) const
     {
         const std::shared_ptr<const std::string> part = path().directoryPart();
         if (part == directory->path()) {

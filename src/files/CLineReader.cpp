@@ -36,7 +36,8 @@ std::size_t CLineReader::linesAhead() noexcept
             return 0; // next() meets the failure again and reports it
         }
     }
-    return qm::countLineEnds({ buffer_.data() + begin_, end_ - begin_ }) + 1 + (ended_ ? 0 : file_.countLineEndsAhead());
+    return qm::countLineEnds({ buffer_.data() + begin_, end_ - begin_ }) + 1
+        + (ended_ ? 0 : file_.countLineEndsAhead());
 }
 
 /// Reads on, behind what is left of the buffer; false when that fails.

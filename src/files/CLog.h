@@ -20,10 +20,15 @@ public:
     }
 
     /// Writes the parts, one after the other, as an error line. Numbers are written with "%lu".
-    template <class... Parts> void error(const Parts&... parts) const noexcept { write(false, parts...); }
+    template <class... Parts>
+    void error(const Parts&... parts) const noexcept
+    {
+        write(false, parts...);
+    }
 
     /// The same as an informational line, which is written only when the host wants them.
-    template <class... Parts> void info(const Parts&... parts) const noexcept
+    template <class... Parts>
+    void info(const Parts&... parts) const noexcept
     {
         if (logInfo_) {
             write(true, parts...);
@@ -39,7 +44,8 @@ private:
     std::string getLogFileName() const;
 
     /// A line for which there is no memory is lost; what it tells of goes on.
-    template <class... Parts> void write(bool info, const Parts&... parts) const noexcept
+    template <class... Parts>
+    void write(bool info, const Parts&... parts) const noexcept
     try {
         std::string message;
         (append(message, parts), ...);

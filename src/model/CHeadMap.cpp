@@ -1,6 +1,5 @@
 #include "model/CHeadMap.h"
 
-#include "model/entityMap.h"
 #include "qmdatabase/status.h"
 
 namespace {
@@ -19,16 +18,17 @@ int CHeadMap::load(CDirectory& directory, const CLog& log, const HeadMessages& m
             return head.status;
         }
         const long id = head.getID();
-        heads_.insert_or_assign(id, std::move(head));
+        heads_.load(id, std::move(head));
         log.info(messages.added, id);
     }
+    heads_.finishLoading();
     log.info(messages.total, heads_.size());
     return QMDB_OK;
 }
 
 int CHeadMap::list(PARAMETER*& params, int& count) const
 {
-    return listRecords(heads_, params, count, [](const CParameterData& head, PARAMETER& record) {
+    return heads_.list(params, count, [](const CParameterData& head, PARAMETER& record) {
         record.id = head.getID();
         record.type = head.getType();
         record.vector = head.isVector();
@@ -38,12 +38,11 @@ int CHeadMap::list(PARAMETER*& params, int& count) const
 int CHeadMap::getParamData(long paramId, IDbData*& value) const
 {
     value = nullptr;
-    const CParameterData* head = nullptr;
-    const int code = findEntity(heads_, paramId, head);
-    return code == QMDB_OK ? head->getData(value) : code;
+    const int code = heads_.check(paramId);
+    return code == QMDB_OK ? heads_.find(paramId)->getData(value) : code;
 }
 
 int CHeadMap::saveAndAdd(CParameterData head, const qm::CQMDirectory& directory)
 {
-    return saveAndInsert(heads_, std::move(head), directory);
+    return heads_.saveAndInsert(std::move(head), directory);
 }

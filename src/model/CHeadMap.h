@@ -1,8 +1,7 @@
 #pragma once
 
+#include "model/CIdMap.h"
 #include "model/CParameterData.h"
-
-#include <map>
 
 /// What a substance, a phase and a phase change each say while they load their heads.
 struct HeadMessages {
@@ -24,10 +23,10 @@ public:
     /// Reads one value; -9 when there is no head at all, -2 when none has the ID.
     int getParamData(long paramId, IDbData*& value) const;
 
-    bool has(long paramId) const { return heads_.contains(paramId); }
+    bool has(long paramId) const { return heads_.find(paramId) != nullptr; }
     /// Saves a new head, whose data file has been written, and adds it.
     int saveAndAdd(CParameterData head, const qm::CQMDirectory& directory);
 
 private:
-    std::map<long, CParameterData> heads_;
+    CIdMap<CParameterData> heads_;
 };

@@ -1,6 +1,5 @@
 #include "model/CMatter.h"
 
-#include "model/entityMap.h"
 #include "qmdatabase/status.h"
 
 #include <algorithm>
@@ -9,34 +8,35 @@ namespace {
 
 constexpr long none = -1;
 
-template <class Map> bool hasName(const Map& entities, std::string_view name)
+template <class Entity>
+bool hasName(const CIdMap<Entity>& entities, std::string_view name)
 {
     return std::ranges::any_of(
-        entities, [name](const auto& entry) { return entry.second.getName() == name; });
+        entities, [name](const auto& entry) { return entry.object.getName() == name; });
 }
 
-template <class Map> int listParams(const Map& owners, long ownerId, PARAMETER*& params, int& count)
+template <class Owner>
+int listParams(const CIdMap<Owner>& owners, long ownerId, PARAMETER*& params, int& count)
 {
     params = nullptr;
     count = 0;
-    const typename Map::mapped_type* owner = nullptr;
-    const int code = findEntity(owners, ownerId, owner);
-    return code == QMDB_OK ? owner->heads.list(params, count) : code;
+    const int code = owners.check(ownerId);
+    return code == QMDB_OK ? owners.find(ownerId)->heads.list(params, count) : code;
 }
 
-template <class Map> int readValue(const Map& owners, long ownerId, long paramId, IDbData*& value)
+template <class Owner>
+int readValue(const CIdMap<Owner>& owners, long ownerId, long paramId, IDbData*& value)
 {
     value = nullptr;
-    const typename Map::mapped_type* owner = nullptr;
-    const int code = findEntity(owners, ownerId, owner);
-    return code == QMDB_OK ? owner->heads.getParamData(paramId, value) : code;
+    const int code = owners.check(ownerId);
+    return code == QMDB_OK ? owners.find(ownerId)->heads.getParamData(paramId, value) : code;
 }
 
 } // namespace
 
 int CMatter::getPhases(PHASE*& records, int& count) const
 {
-    return listRecords(phases, records, count, [](const CPhase& phase, PHASE& record) {
+    return phases.list(records, count, [](const CPhase& phase, PHASE& record) {
         record.id = phase.getID();
         conversions::copyWStringToWtchar(phase.getName(), record.name);
         record.aggreg = phase.getAggreg();
@@ -45,7 +45,7 @@ int CMatter::getPhases(PHASE*& records, int& count) const
 
 int CMatter::getPhaseChanges(PHASECHANGE*& records, int& count) const
 {
-    return listRecords(phaseChanges, records, count, [](const CPhaseChange& change, PHASECHANGE& record) {
+    return phaseChanges.list(records, count, [](const CPhaseChange& change, PHASECHANGE& record) {
         record.id = change.getID();
         conversions::copyWStringToWtchar(change.getName(), record.name);
         record.phase1 = change.getPhase1();

@@ -3,8 +3,6 @@
 #include "model/CPhase.h"
 #include "model/CPhaseChange.h"
 
-#include <map>
-
 /// One substance of an open database, with its phases, phase changes and parameter heads.
 class CMatter : public CEntity {
 public:
@@ -42,8 +40,8 @@ public:
     bool isPhaseChangeNamePresent(std::string_view name) const;
 
     CHeadMap heads;
-    std::map<long, CPhase> phases;
-    std::map<long, CPhaseChange> phaseChanges;
+    CIdMap<CPhase> phases;
+    CIdMap<CPhaseChange> phaseChanges;
     long maxPhaseId = -1;
     long maxPhaseChangeId = -1;
 

@@ -37,7 +37,7 @@ constexpr HeadMessages headMessages = {
 /// Loads the children found; stops at the first bad one and returns its code.
 template <class Child>
 int loadChildren(const std::vector<FoundFile>& files, const CLog& log, CLocalizer& localizer,
-    const ChildMessages& messages, std::map<long, Child>& children, long& maxId)
+    const ChildMessages& messages, CIdMap<Child>& children, long& maxId)
 {
     for (const FoundFile& file : files) {
         Child child(file, log, localizer);
@@ -48,9 +48,10 @@ int loadChildren(const std::vector<FoundFile>& files, const CLog& log, CLocalize
         const long id = child.getID();
         localizer.updateMaxStringID(child.getNumber(CEntity::s_NameIDKey));
         maxId = std::max(maxId, id);
-        children.insert_or_assign(id, std::move(child));
+        children.load(id, std::move(child));
         log.info(messages.added, id);
     }
+    children.finishLoading();
     log.info(messages.total, children.size());
     return QMDB_OK;
 }

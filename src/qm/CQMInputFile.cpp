@@ -18,7 +18,8 @@ std::size_t countLineEnds(std::string_view bytes) noexcept
         const std::size_t rounds = std::min(bytes.size() / lanes, maxRounds);
         for (std::size_t round = 0; round < rounds; ++round) {
             for (std::size_t lane = 0; lane < lanes; ++lane) {
-                counters[lane] = static_cast<unsigned char>(counters[lane] + (bytes[round * lanes + lane] == '\n'));
+                counters[lane]
+                    = static_cast<unsigned char>(counters[lane] + (bytes[round * lanes + lane] == '\n'));
             }
         }
         total = std::accumulate(counters.begin(), counters.end(), total);

@@ -14,10 +14,12 @@ namespace values {
 
 /// Scalar rows are checked as they are met, so that the first fault ends the load. Vector rows are
 /// counted and the count is logged first, so that a fault is told only when all rows have been read.
-template <class Row> constexpr bool tellsFaultsAtOnce = std::same_as<Row, TABLEROW>;
+template <class Row>
+constexpr bool tellsFaultsAtOnce = std::same_as<Row, TABLEROW>;
 
 /// Collects the rows of one table or subtable and remembers the first fault.
-template <class Row> class CRowReader {
+template <class Row>
+class CRowReader {
 public:
     explicit CRowReader(std::size_t room)
         : rows_(room)

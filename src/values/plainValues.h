@@ -26,13 +26,15 @@ struct PlainConstVector {
     double z = 0;
 };
 
-template <class Row> struct PlainTable {
+template <class Row>
+struct PlainTable {
     PlainHead head;
     const Row* rows = nullptr;
     long count = 0;
 };
 
-template <class Subtable> struct PlainTable2D {
+template <class Subtable>
+struct PlainTable2D {
     PlainHead head;
     const Subtable* subtables = nullptr;
     long count = 0;
@@ -43,7 +45,8 @@ static_assert(sizeof(PlainConstVector) == sizeof(IDbDataConstVector));
 static_assert(sizeof(PlainTable<TABLEROW>) == sizeof(IDbDataTable));
 static_assert(sizeof(PlainTable2D<SUBTABLECONST>) == sizeof(IDbDataTable2D));
 
-template <class Plain> Plain plainCopy(const IDbData& value)
+template <class Plain>
+Plain plainCopy(const IDbData& value)
 {
     Plain copy;
     std::memcpy(static_cast<void*>(&copy), static_cast<const void*>(&value), sizeof copy);

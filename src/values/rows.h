@@ -23,7 +23,8 @@ inline std::span<double, 4> numbersOf(TABLEROWVECT& row)
 }
 
 /// A growing array of rows that is handed out as values need it, made with array-new.
-template <class Row> class CRowArray {
+template <class Row>
+class CRowArray {
 public:
     /// `room`: rows to expect. When they are as many, the array is never copied.
     explicit CRowArray(std::size_t room)

@@ -6,7 +6,8 @@ namespace values {
 
 namespace {
 
-template <class Row, class Table> int loadTable(const CLog& log, const std::string& path, Table& table)
+template <class Row, class Table>
+int loadTable(const CLog& log, const std::string& path, Table& table)
 {
     CDataFile file(log, path);
     if (const int code = file.checkOpen(); code != QMDB_OK) {
@@ -39,7 +40,8 @@ template <class Row, class Table> int loadTable(const CLog& log, const std::stri
     return QMDB_OK;
 }
 
-template <class Table> int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
+template <class Table>
+int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
 {
     return write(head, place, [&](CDataWriter& file) { file.rows(table.rows, table.count); });
 }

@@ -9,7 +9,8 @@ namespace {
 constexpr std::string_view firstArgKey = "P=";
 
 /// Reads the subtables of one file.
-template <class Row> class CSubtableReader {
+template <class Row>
+class CSubtableReader {
 public:
     CSubtableReader(const CLog& log, const std::string& path)
         : log_(log)
@@ -35,7 +36,8 @@ public:
         return subtables_.empty() ? QMDB_E_EMPTY : QMDB_OK;
     }
 
-    template <class Table> void handOver(Table& table)
+    template <class Table>
+    void handOver(Table& table)
     {
         using Subtable = std::remove_pointer_t<decltype(table.subtables)>;
         auto records = std::make_unique<Subtable[]>(subtables_.size());
@@ -121,7 +123,8 @@ private:
     bool hasFirstArg_ = false;
 };
 
-template <class Row, class Table> int loadTable(const CLog& log, const std::string& path, Table& table)
+template <class Row, class Table>
+int loadTable(const CLog& log, const std::string& path, Table& table)
 {
     CSubtableReader<Row> reader(log, path);
     if (const int code = reader.read(); code != QMDB_OK) {
@@ -132,7 +135,8 @@ template <class Row, class Table> int loadTable(const CLog& log, const std::stri
     return QMDB_OK;
 }
 
-template <class Table> int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
+template <class Table>
+int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
 {
     return write(head, place, [&](CDataWriter& file) {
         for (long i = 0; table.subtables && i < table.count; ++i) {

@@ -46,7 +46,8 @@ private:
 };
 
 /// Opens a data file, lets `fill` write it, and flushes it and its directory to the disk.
-template <class Fill> int write(const CDbFile& head, const DataFilePlace& place, Fill&& fill)
+template <class Fill>
+int write(const CDbFile& head, const DataFilePlace& place, Fill&& fill)
 {
     qm::CQMOutputFile file(place.path, place.directory.base());
     if (!file.isOpen()) {
