@@ -20,15 +20,25 @@ struct PathBase {
 class CNativePath {
 public:
     explicit CNativePath(const std::string& path, PathBase base = {})
-        : same_(text::isPlain(path) && CQMTranscoder::IsAnsiAscii() ? path.c_str() + base.length : nullptr)
-        , converted_(same_ ? std::string() : CQMTranscoder::TextToAnsi(path.substr(base.length)))
     {
+        std::size_t start = base.length;
+        // A separator more, as behind a name that could not be converted, must not make it absolute.
+        while (start > 0 && path[start] == '/') {
+            ++start;
+        }
+        if (text::isPlain(path) && CQMTranscoder::IsAnsiAscii()) {
+            same_ = path.c_str() + start;
+        } else {
+            converted_ = CQMTranscoder::TextToAnsi(path.substr(start));
+        }
     }
+    CNativePath(const CNativePath&) = delete;
+    CNativePath& operator=(const CNativePath&) = delete;
 
     const char* c_str() const noexcept { return same_ ? same_ : converted_.c_str(); }
 
 private:
-    const char* same_;
+    const char* same_ = nullptr;
     std::string converted_;
 };
 
