@@ -27,6 +27,7 @@ int CDatabase::loadMatters(CDirectory& root)
     if (code != QMDB_OK) {
         return code;
     }
+    matters_.beginLoading(files.size());
     for (const FoundFile& file : files) {
         code = loadMatter(file);
         if (code != QMDB_OK) {

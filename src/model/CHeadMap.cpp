@@ -11,7 +11,9 @@ constexpr std::string_view headExtension = "prh";
 int CHeadMap::load(CDirectory& directory, const CLog& log, const HeadMessages& messages)
 {
     log.info(messages.search);
-    for (const FoundFile& file : CDbFile::getFilesList(log, directory, headExtension)) {
+    const std::vector<FoundFile> files = CDbFile::getFilesList(log, directory, headExtension);
+    heads_.beginLoading(files.size());
+    for (const FoundFile& file : files) {
         CParameterData head(file, log);
         if (head.status != QMDB_OK) {
             log.error("Cannot load parameter head file: ", head.path.text());

@@ -22,6 +22,9 @@ public:
     auto begin() const noexcept { return entries_.begin(); }
     auto end() const noexcept { return entries_.end(); }
 
+    /// Makes room for so many objects to be loaded.
+    void beginLoading(std::size_t count) { entries_.reserve(count); }
+
     /// Takes objects in any order; they can be found once finishLoading() has been called.
     void load(long id, Object object) { entries_.push_back({ id, std::move(object) }); }
 
@@ -39,7 +42,9 @@ public:
             }
         }
         entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(kept), entries_.end());
-        entries_.shrink_to_fit();
+        if (entries_.size() < entries_.capacity()) {
+            entries_.shrink_to_fit();
+        }
     }
 
     /// The object with this ID; null when there is none.

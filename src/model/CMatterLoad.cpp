@@ -39,6 +39,7 @@ template <class Child>
 int loadChildren(const std::vector<FoundFile>& files, const CLog& log, CLocalizer& localizer,
     const ChildMessages& messages, CIdMap<Child>& children, long& maxId)
 {
+    children.beginLoading(files.size());
     for (const FoundFile& file : files) {
         Child child(file, log, localizer);
         if (child.status != QMDB_OK) {
