@@ -1,0 +1,96 @@
+"""A small database, and the command run on it as users run it."""
+
+import contextlib
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+COMMAND = sys.argv.pop(1) if len(sys.argv) > 1 else "qmdb"
+MARK = "\ufeff"
+
+
+def keys(**values):
+    """The text of a descriptor."""
+    return MARK + "".join(f"{key}={value}\n" for key, value in values.items())
+
+
+def head(parameter, kind, vector=0, data="Property1.dat"):
+    return keys(Data=data, ID=parameter, Type=kind, Vector=vector)
+
+
+def description(number, name, units, types, states, scalar=1, vector=0):
+    return keys(AvForPhases=states, Binary=0, DataTypes=types, ID=number, Name=name, Scalar=scalar, Units=units,
+                Vector=vector)
+
+
+SMALL = {
+    "density.prd": description(1, "Density", "kg/m³", "CtpT", "SLV"),
+    "mass.prd": description(2, "Molar mass", "kg/mol", "C", ""),
+    "conductivity.prd": description(3, "Conductivity", "W/(m K)", "Ct", "S", vector=1),
+    "latent.prd": description(4, "Latent heat", "J/kg", "C", ""),
+    "default.lst": MARK + "10=Water\n",
+    "strings.lst": MARK + "10=Вода\n",
+    "Substance1/Substance1.mtd": keys(Comment="H₂O", Composition="", ID=0, Mixture=0, Name="W", NameID=10),
+    "Substance1/Property1.prh": head(2, 1),
+    "Substance1/Property1.dat": "# kg/mol\n0.018015268\n",
+    "Substance1/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="Liquid"),
+    "Substance1/Phase1/Property1.prh": head(1, 4),
+    "Substance1/Phase1/Property1.dat": "P=100000\n280 999.91\n300 996.56\nP=1e6\n280 1000.35\n",
+    "Substance1/Phase2/Phase2.phd": keys(Aggreg=1, ID=1, Name="Ice"),
+    "Substance1/Phase2/Property1.prh": head(1, 2),
+    "Substance1/Phase2/Property1.dat": "250 919.87\n273.15 916.721\n",
+    "Substance1/Phase2/Property2.prh": head(3, 2, 1, "Property2.dat"),
+    "Substance1/Phase2/Property2.dat": "250 2.3 2.3 2.4\n270 2.2 2.2 2.3\n",
+    "Substance1/PC1/PC1.pcd": keys(ID=0, Name="Melting", Phase1=1, Phase2=0),
+    "Substance1/PC1/Property1.prh": head(4, 1),
+    "Substance1/PC1/Property1.dat": "333430\n",
+    "Substance2/Substance2.mtd": keys(Comment="", Composition="0:0.75;2:0.25", ID=1, Mixture=1, Name="Brine"),
+    "Substance2/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="Liquid"),
+    "Substance3/Substance3.mtd": keys(Comment="", Composition="", ID=2, Mixture=0, Name="Salt"),
+    "Substance3/Phase1/Phase1.phd": keys(Aggreg=1, ID=0, Name="Crystal, \"cubic\""),
+    "Substance3/Phase1/Property1.prh": head(3, 1, 1),
+    "Substance3/Phase1/Property1.dat": "6 6 -6.5\n",
+}
+
+
+def write(directory, tree):
+    for name, content in tree.items():
+        path = Path(directory, name)
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content if isinstance(content, bytes) else content.encode())
+
+
+def snapshot(directory):
+    """Everything in a tree, with the times at which it was last changed."""
+    return {str(path): (path.stat().st_mtime_ns, path.read_bytes() if path.is_file() else None)
+            for path in Path(directory).rglob("*")}
+
+
+class CommandTest(unittest.TestCase):
+    maxDiff = None
+
+    def setUp(self):
+        scratch = contextlib.ExitStack()
+        self.addCleanup(scratch.close)
+        self.scratch = scratch.enter_context(tempfile.TemporaryDirectory())
+        self.temporary = Path(self.scratch, "temporary")
+        self.temporary.mkdir()
+        self.database = os.path.join(self.scratch, "db")
+        write(self.database, SMALL)
+
+    def run_command(self, *arguments, stdin="", **environment):
+        settings = {"PATH": os.environ["PATH"], "TMPDIR": str(self.temporary), **environment}
+        done = subprocess.run([COMMAND, *map(str, arguments)], input=stdin, capture_output=True, encoding="utf-8",
+                              env=settings, cwd=self.scratch, timeout=120)
+        return done.returncode, done.stdout, done.stderr
+
+    def expect(self, arguments, output, status=0, errors="", stdin=""):
+        self.assertEqual((status, output, errors), self.run_command(*arguments, stdin=stdin), arguments)
+
+    def output(self, *arguments, **environment):
+        status, output, errors = self.run_command(*arguments, **environment)
+        self.assertEqual((0, ""), (status, errors), arguments)
+        return output
