@@ -1,0 +1,247 @@
+#include "check/data.h"
+
+#include "files/conversions.h"
+#include "files/descriptorLine.h"
+#include "qmdatabase/records.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <fmt/format.h>
+#include <optional>
+#include <vector>
+
+namespace tool::check {
+
+namespace {
+
+constexpr std::string_view headerStart = "P=";
+
+/// True when nothing stands behind the number, so that what is read is what stands there.
+bool isWholeNumber(std::string_view text)
+{
+    std::string point(text);
+    std::replace(point.begin(), point.end(), ',', '.');
+    const std::size_t sign = point.starts_with('+') ? 1 : 0;
+    double number = 0;
+    const auto [end, error] = std::from_chars(point.data() + sign, point.data() + point.size(), number);
+    return error != std::errc::invalid_argument && end == point.data() + point.size();
+}
+
+std::string_view withoutOuterBlanks(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string_view::npos ? std::string_view()
+                                           : text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
+
+/// Follows a data file line by line.
+class DataFileCheck {
+public:
+    DataFileCheck(Context& context, std::string file, bool twoArguments, std::size_t numbers)
+        : context_(context)
+        , file_(std::move(file))
+        , twoArguments_(twoArguments)
+        , numbers_(numbers)
+    {
+    }
+
+    void run()
+    {
+        if (readLines(context_, file_, [this](const RawLine& line) { addLine(line); })) {
+            closeSubtable();
+            if (constant_) {
+                checkConstant(*constant_);
+            }
+            if (rows_ == 0) {
+                context_.findings.error("no-data", { file_, 0 }, "the file holds no data",
+                    "write the numbers, or remove the parameter");
+            }
+        }
+    }
+
+private:
+    /// A line that may be the value.
+    struct Constant {
+        Place place;
+        std::string text;
+    };
+
+    bool isConstant() const { return numbers_ == 1 || numbers_ == 3; }
+
+    void addLine(const RawLine& line)
+    {
+        if (line.place.line == 1 && line.bytes.starts_with(utf8Mark)) {
+            context_.findings.error("mark-in-data", line.place,
+                "data files have no byte-order mark; the line counts as data", "save the file without it");
+        }
+        std::string decoded;
+        const std::string text(decodeLine(line.bytes, false, decoded));
+        const bool ascii = std::ranges::all_of(
+            line.bytes, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+        if (!ascii && !line.bytes.starts_with('#') && !line.bytes.starts_with(utf8Mark)) {
+            context_.findings.error("not-ascii", line.place,
+                "the line holds bytes beyond ASCII; in some locales it is lost without a word",
+                "write plain numbers");
+        }
+        if (text.empty() || text.starts_with('#')) {
+            return;
+        }
+        if (twoArguments_ && text.starts_with(headerStart)) {
+            addHeader(line.place, text);
+        } else if (twoArguments_ && line.endsFile) {
+            ++rows_;
+            context_.findings.error("dropped-line", line.place,
+                "the last line is lost: no line end follows it", "end the file with a line end");
+        } else if (isConstant()) {
+            addConstant(line.place, text);
+        } else {
+            addRow(line.place, text);
+        }
+    }
+
+    void addHeader(const Place& place, const std::string& text)
+    {
+        closeSubtable();
+        header_ = place;
+        subtableRows_ = 0;
+        last_.reset();
+        const auto first
+            = readNumber(place, std::string_view(text).substr(headerStart.size()), "the first argument");
+        if (first && std::ranges::find(firstArguments_, *first) != firstArguments_.end()) {
+            context_.findings.warning("repeated-subtable", place,
+                fmt::format("the first argument {} has a subtable already", *first), "put the rows together");
+        }
+        if (first) {
+            firstArguments_.push_back(*first);
+        }
+    }
+
+    void closeSubtable()
+    {
+        if (header_ && subtableRows_ == 0) {
+            context_.findings.warning("empty-subtable", *header_, "no row follows: the subtable is dropped",
+                "write its rows, or remove the line");
+        }
+    }
+
+    /// Of several lines the last is the value; it is judged at the end.
+    void addConstant(const Place& place, const std::string& text)
+    {
+        if (constant_) {
+            context_.findings.warning("ignored-line", constant_->place,
+                "the line is not read: the last one is the value", "remove it, or let it begin with \"#\"");
+        }
+        constant_ = { place, text };
+        ++rows_;
+    }
+
+    void checkConstant(const Constant& constant)
+    {
+        if (numbers_ == 1) {
+            readNumber(constant.place, constant.text, "the value");
+        } else {
+            readNumbers(constant.place, constant.text);
+        }
+    }
+
+    void addRow(const Place& place, const std::string& text)
+    {
+        ++rows_;
+        ++subtableRows_;
+        if (twoArguments_ && !header_) {
+            context_.findings.error("no-header", place, "the row stands before the first \"P=\" line",
+                "begin with a line \"P=\" and the first argument");
+        }
+        const auto numbers = readNumbers(place, text);
+        if (numbers.empty()) {
+            return;
+        }
+        const double argument = numbers.front();
+        if (std::isnan(argument) || (last_ && !(*last_ < argument))) {
+            context_.findings.error("not-increasing", place,
+                last_ ? fmt::format(
+                    "the argument {} does not increase: the row before has {}", argument, *last_)
+                      : fmt::format("the argument {} is no number", argument),
+                "put the rows in the order of their arguments, each argument once");
+        }
+        last_ = argument;
+    }
+
+    /// The numbers of a line; none when their count is wrong or one of them is none.
+    std::vector<double> readNumbers(const Place& place, const std::string& text)
+    {
+        const std::vector<std::string> parts = conversions::splitString(text);
+        if (parts.size() != numbers_) {
+            context_.findings.error("bad-row", place,
+                fmt::format("{} is not {} numbers with blanks between", shown(text), numbers_),
+                adviceOnRow(text));
+            return {};
+        }
+        std::vector<double> numbers;
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            if (const auto number = readNumber(place, parts[i], fmt::format("number {}", i + 1))) {
+                numbers.push_back(*number);
+            }
+        }
+        return numbers.size() == numbers_ ? numbers : std::vector<double>();
+    }
+
+    std::string adviceOnRow(std::string_view text) const
+    {
+        if (twoArguments_ && text.starts_with("p=")) {
+            return "begin the line with a capital \"P=\"";
+        }
+        if (text.find_first_of("\t;,") != std::string_view::npos) {
+            return fmt::format(
+                "put blanks between the numbers, not tabs, commas or semicolons, {} numbers a line",
+                numbers_);
+        }
+        return fmt::format(
+            "write {} numbers; a comment is a line of its own that begins with \"#\"", numbers_);
+    }
+
+    std::optional<double> readNumber(const Place& place, std::string_view text, std::string_view what)
+    {
+        const auto number = conversions::wstr2double(text);
+        if (!number) {
+            context_.findings.error("bad-number", place,
+                fmt::format("{} is {}, which is no number", what, shown(text)), "write a number");
+            return number;
+        }
+        if (!std::isfinite(*number)) {
+            context_.findings.warning(
+                "not-finite", place, fmt::format("{} is read as {}", what, *number), "write a finite number");
+        } else if (!isWholeNumber(withoutOuterBlanks(text))) {
+            context_.findings.warning("ignored-text", place,
+                fmt::format("{} is {} and is read as {}", what, shown(text), *number),
+                "write the number alone");
+        }
+        return number;
+    }
+
+    Context& context_;
+    std::string file_;
+    bool twoArguments_;
+    std::size_t numbers_; ///< on a line
+    std::size_t rows_ = 0;
+    std::size_t subtableRows_ = 0;
+    std::optional<Place> header_; ///< the "P=" line above
+    std::optional<Constant> constant_;
+    std::optional<double> last_; ///< the argument of the row before
+    std::vector<double> firstArguments_;
+};
+
+} // namespace
+
+void checkDataFile(Context& context, const std::string& file, long type, bool vector)
+{
+    if (type < PARAM_TYPE_CONSTANT || type > PARAM_TYPE_TABLE2D_X) {
+        return; // reported with the head
+    }
+    const std::size_t components = vector ? 3 : 1;
+    const std::size_t numbers = components + (type == PARAM_TYPE_CONSTANT ? 0 : 1);
+    DataFileCheck(context, file, type >= PARAM_TYPE_TABLE2D_T, numbers).run();
+}
+
+} // namespace tool::check

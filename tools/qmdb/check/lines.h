@@ -1,0 +1,29 @@
+#pragma once
+
+#include "check/Findings.h"
+
+#include <functional>
+
+namespace tool::check {
+
+/// The database's directory and what has been found in it.
+struct Context {
+    std::string root;
+    Findings& findings;
+    std::size_t files = 0; ///< read so far
+
+    std::string pathOf(std::string_view file) const { return root + "/" + std::string(file); }
+};
+
+/// One line of a file as the library cuts it, in bytes.
+struct RawLine {
+    std::string_view bytes; ///< up to the line's first NUL
+    Place place;
+    bool endsFile = false; ///< the file ends here without an LF
+};
+
+/// Hands every line of a file to `each`, and reports what keeps lines or parts of them from being read.
+/// False when the file cannot be read at all.
+bool readLines(Context& context, const std::string& file, const std::function<void(const RawLine&)>& each);
+
+} // namespace tool::check

@@ -1,0 +1,165 @@
+#include "check/listing.h"
+
+#include "failure.h"
+#include "text.h"
+
+#include "qm/CQMFileSystem.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fmt/format.h>
+#include <optional>
+
+namespace tool::check {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The extensions of the database's files and where each is looked for.
+struct Extension {
+    std::string_view name;
+    std::string_view where;
+};
+
+constexpr Extension extensions[] = {
+    { "mtd", "directly in a directory below the database's own" },
+    { "phd", "directly in a directory below a substance's" },
+    { "pcd", "directly in a directory below a substance's" },
+    { "prd", "directly in the database's directory" },
+    { "prh", "directly in the directory of a substance, a phase or a phase change" },
+    { "dat", "beside the parameter heads that name them" },
+};
+
+std::string_view extensionOf(std::string_view name)
+{
+    return qm::CQMFileSystem::SplitPath(name, true).ext;
+}
+
+const Extension* find(std::string_view name)
+{
+    const auto found = std::ranges::find(extensions, name, &Extension::name);
+    return found == std::end(extensions) ? nullptr : found;
+}
+
+/// The extension that a name nearly has: in other letters, or with something behind it.
+const Extension* nearlyHas(std::string_view name)
+{
+    const std::string lower = lowerCase(name);
+    const auto fits = [&lower](const Extension& extension) {
+        return lower.find(fmt::format(".{}", extension.name)) != std::string::npos;
+    };
+    const auto found = std::ranges::find_if(extensions, fits);
+    return found == std::end(extensions) ? nullptr : found;
+}
+
+/// The library writes descriptors under such names before it moves them into place.
+bool isInterruptedAddition(std::string_view name)
+{
+    return name.ends_with(".tmp");
+}
+
+/// The library's scans take these for directories; a link is what it leads to.
+bool countsAsDirectory(const fs::directory_entry& entry)
+{
+    std::error_code ignored;
+    return entry.is_directory(ignored) || entry.is_socket(ignored) || entry.is_block_file(ignored);
+}
+
+/// Nothing when the locale cannot convert the name.
+std::optional<std::string> nameOf(const fs::directory_entry& entry)
+{
+    try {
+        return fromLocale(entry.path().filename().c_str());
+    } catch (const Failure&) {
+        return std::nullopt;
+    }
+}
+
+void reportStrayFile(Context& context, const Place& place, std::string_view name)
+{
+    if (const Extension* misplaced = find(extensionOf(name))) {
+        context.findings.warning("misplaced-file", place, "no scan finds the file here",
+            fmt::format("move it: \"{}\" files are read {}", misplaced->name, misplaced->where));
+        return;
+    }
+    const Extension* meant = nearlyHas(name);
+    if (!meant) {
+        return;
+    }
+    const std::string advice = isInterruptedAddition(name)
+        ? "remove it: an addition was interrupted"
+        : fmt::format("let the name end in \".{}\", or remove the file", meant->name);
+    context.findings.warning(
+        "wrong-extension", place, "no scan finds the file because of its extension", advice);
+}
+
+} // namespace
+
+std::vector<std::string> Listing::filesWith(std::string_view extension) const
+{
+    std::vector<std::string> found;
+    std::ranges::copy_if(files, std::back_inserter(found),
+        [&](const std::string& name) { return extensionOf(name) == extension; });
+    return found;
+}
+
+Listing list(Context& context, const std::string& directory)
+{
+    Listing listing { directory, {}, {}, false };
+    std::error_code failure;
+    const std::string path = directory.empty() ? context.root : context.pathOf(directory);
+    fs::directory_iterator entries(toLocale(path), failure);
+    listing.isOpen = !failure;
+    if (failure) {
+        context.findings.error("cannot-open", { directory, 0 }, "the directory cannot be opened",
+            "give the right to read and search it");
+    }
+    for (; !failure && entries != fs::directory_iterator(); entries.increment(failure)) {
+        if (const auto name = nameOf(*entries)) {
+            (countsAsDirectory(*entries) ? listing.directories : listing.files).push_back(*name);
+        } else {
+            context.findings.error("bad-name", { directory, 0 },
+                "the directory holds an entry whose name is no text in the locale's encoding", "rename it");
+        }
+    }
+    std::ranges::sort(listing.directories);
+    std::ranges::sort(listing.files);
+    return listing;
+}
+
+bool isStringTable(std::string_view name)
+{
+    return name == "default.lst" || name == "strings.lst";
+}
+
+void reportStrayFiles(
+    Context& context, const Listing& listing, std::initializer_list<std::string_view> expected)
+{
+    for (const std::string& name : listing.files) {
+        const Place place { listing.directory.empty() ? name : fmt::format("{}/{}", listing.directory, name),
+            0 };
+        if (std::ranges::find(expected, extensionOf(name)) != expected.end()) {
+            continue;
+        }
+        if (listing.directory.empty() && extensionOf(name) == "lst" && !isStringTable(name)) {
+            context.findings.warning("wrong-extension", place, "no language reads this string table",
+                "call it default.lst or strings.lst, or remove it");
+        }
+        reportStrayFile(context, place, name);
+    }
+}
+
+void reportUnreadFiles(Context& context, const std::string& directory)
+{
+    constexpr auto deepest = 6; // links may lead round in circles
+    const Listing listing = list(context, directory);
+    reportStrayFiles(context, listing, { "dat" });
+    if (std::ranges::count(directory, '/') < deepest) {
+        for (const std::string& name : listing.directories) {
+            reportUnreadFiles(context, fmt::format("{}/{}", directory, name));
+        }
+    }
+}
+
+} // namespace tool::check

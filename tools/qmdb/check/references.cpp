@@ -1,0 +1,185 @@
+#include "check/references.h"
+
+#include "values.h"
+
+#include <fmt/format.h>
+#include <map>
+
+namespace tool::check {
+
+namespace {
+
+using Descriptors = std::vector<const Descriptor*>;
+
+Descriptors descriptorsOf(const std::vector<Entity>& entities)
+{
+    Descriptors descriptors;
+    for (const Entity& entity : entities) {
+        descriptors.push_back(&entity.descriptor);
+    }
+    return descriptors;
+}
+
+Descriptors descriptorsOf(const std::vector<Descriptor>& all)
+{
+    Descriptors descriptors;
+    for (const Descriptor& descriptor : all) {
+        descriptors.push_back(&descriptor);
+    }
+    return descriptors;
+}
+
+std::set<long> idsOf(const Descriptors& descriptors)
+{
+    std::set<long> ids;
+    for (const Descriptor* descriptor : descriptors) {
+        if (descriptor->has("ID")) {
+            ids.insert(descriptor->number("ID"));
+        }
+    }
+    return ids;
+}
+
+void checkUniqueIds(Context& context, const Descriptors& descriptors, std::string_view kind)
+{
+    std::map<long, const Descriptor*> holders;
+    for (const Descriptor* descriptor : descriptors) {
+        if (!descriptor->has("ID")) {
+            continue;
+        }
+        const auto [holder, isNew] = holders.emplace(descriptor->number("ID"), descriptor);
+        if (!isNew) {
+            context.findings.error("duplicate-id", descriptor->place("ID"),
+                fmt::format("{} has this ID too: only one {} of both is seen", holder->second->file(), kind),
+                "give one of them another ID");
+        }
+    }
+}
+
+/// -1 stands for "none" where a phase or a phase change may be left out.
+void checkAskable(Context& context, const Descriptors& descriptors, std::string_view kind)
+{
+    for (const Descriptor* descriptor : descriptors) {
+        if (descriptor->has("ID") && descriptor->number("ID") == -1) {
+            context.findings.error("bad-id", descriptor->place("ID"),
+                fmt::format("no value of a {} with the ID -1 can be asked for", kind), "give it another ID");
+        }
+    }
+}
+
+void checkChange(Context& context, const Descriptor& change, const std::set<long>& phases)
+{
+    for (const std::string_view key : { "Phase1", "Phase2" }) {
+        if (change.has(key) && !phases.contains(change.number(key))) {
+            context.findings.error("unknown-phase", change.place(key),
+                fmt::format("the substance has no phase {}", change.number(key)),
+                "write the ID of one of its phases");
+        }
+    }
+    const bool both = change.has("Phase1") && change.has("Phase2");
+    if (both && change.number("Phase1") == change.number("Phase2")) {
+        context.findings.warning("same-phase", change.place("Phase2"),
+            "the phase change leads from a phase to itself", "write the ID of the phase after the change");
+    }
+}
+
+/// Checks a head against the description of its parameter.
+void checkHead(Context& context, const Descriptor& head, const Descriptor& description)
+{
+    const auto type = static_cast<PARAM_TYPE>(head.number("Type"));
+    const std::string letter(typeLetter(type));
+    if (letter != "?" && description.text("DataTypes").find(letter) == std::string::npos) {
+        context.findings.error("type-not-allowed", head.place("Type"),
+            fmt::format("{} does not allow the type {} ({})", description.file(), head.number("Type"),
+                typeText(type)),
+            fmt::format("change the type, or add {} to \"DataTypes\" there", letter));
+    }
+    const std::string_view form = head.flag("Vector") ? "Vector" : "Scalar";
+    if (!description.flag(form)) {
+        context.findings.error("form-not-allowed", head.place("Vector"),
+            fmt::format(
+                "{} does not allow {}", description.file(), head.flag("Vector") ? "vectors" : "scalars"),
+            fmt::format("change \"Vector\" here, or write \"{}=1\" there", form));
+    }
+}
+
+void checkState(Context& context, const Descriptor& head, const Descriptor& description, long state)
+{
+    constexpr std::string_view letters = "SLV";
+    if (state < 1 || state > static_cast<long>(letters.size())) {
+        return; // reported with the phase
+    }
+    const std::string letter(1, letters[static_cast<std::size_t>(state - 1)]);
+    if (description.text("AvForPhases").find(letter) == std::string::npos) {
+        context.findings.error("state-not-allowed", head.place("ID"),
+            fmt::format(
+                "{} does not offer the parameter for the phase's aggregate state", description.file()),
+            fmt::format("remove the parameter here, or add {} to \"AvForPhases\" there", letter));
+    }
+}
+
+using Descriptions = std::map<long, const Descriptor*>;
+
+/// `phase` is the descriptor of a phase, null for other owners.
+void checkHeads(
+    Context& context, const Entity& owner, const Descriptions& descriptions, const Descriptor* phase)
+{
+    checkUniqueIds(context, descriptorsOf(owner.heads), "value");
+    for (const Descriptor& head : owner.heads) {
+        const auto description = descriptions.find(head.number("ID"));
+        if (description == descriptions.end()) {
+            context.findings.error("no-description", head.place("ID"),
+                fmt::format("no description has the ID {}: the parameter has no name and no units",
+                    head.number("ID")),
+                "write the ID of a description, or add one");
+            continue;
+        }
+        checkHead(context, head, *description->second);
+        if (phase) {
+            checkState(context, head, *description->second, phase->number("Aggreg"));
+        }
+    }
+}
+
+void checkSubstance(Context& context, const SubstanceTree& substance, const Descriptions& descriptions)
+{
+    const Descriptors phases = descriptorsOf(substance.phases);
+    const Descriptors changes = descriptorsOf(substance.changes);
+    checkUniqueIds(context, phases, "phase");
+    checkUniqueIds(context, changes, "phase change");
+    checkAskable(context, phases, "phase");
+    checkAskable(context, changes, "phase change");
+    for (const Descriptor* change : changes) {
+        checkChange(context, *change, idsOf(phases));
+    }
+    checkHeads(context, substance.self, descriptions, nullptr);
+    for (const Entity& phase : substance.phases) {
+        checkHeads(context, phase, descriptions, &phase.descriptor);
+    }
+    for (const Entity& change : substance.changes) {
+        checkHeads(context, change, descriptions, nullptr);
+    }
+}
+
+} // namespace
+
+void checkReferences(Context& context, const Tree& tree)
+{
+    Descriptors substances;
+    for (const SubstanceTree& substance : tree.substances) {
+        substances.push_back(&substance.self.descriptor);
+    }
+    checkUniqueIds(context, substances, "substance");
+    checkUniqueIds(context, descriptorsOf(tree.descriptions), "description");
+    Descriptions descriptions;
+    for (const Descriptor& description : tree.descriptions) {
+        descriptions.emplace(description.number("ID"), &description);
+    }
+    const std::set<long> ids = idsOf(substances);
+    for (const SubstanceTree& substance : tree.substances) {
+        checkComposition(context, substance.self.descriptor, ids);
+        checkSubstance(context, substance, descriptions);
+    }
+}
+
+} // namespace tool::check

@@ -1,0 +1,124 @@
+#include "check/tree.h"
+
+#include "check/listing.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace tool::check {
+
+namespace {
+
+std::string join(std::string_view directory, std::string_view name)
+{
+    return directory.empty() ? std::string(name) : fmt::format("{}/{}", directory, name);
+}
+
+/// Reads the files of one extension in a directory.
+std::vector<Descriptor> readFiles(
+    Context& context, const Listing& listing, std::string_view extension, DescriptorKind kind)
+{
+    std::vector<Descriptor> descriptors;
+    for (const std::string& name : listing.filesWith(extension)) {
+        descriptors.emplace_back(context, join(listing.directory, name));
+        checkKeys(context, descriptors.back(), kind);
+    }
+    return descriptors;
+}
+
+/// Appends what a directory holds when there is a descriptor of the kind in it.
+bool appendEntity(Context& context, const Listing& listing, std::string_view extension, DescriptorKind kind,
+    std::vector<Entity>& entities)
+{
+    std::vector<Descriptor> descriptors = readFiles(context, listing, extension, kind);
+    if (descriptors.empty()) {
+        return false;
+    }
+    if (descriptors.size() > 1) {
+        context.findings.error("several-descriptors", { listing.directory, 0 },
+            fmt::format(
+                "the directory holds {} files with the extension \"{}\": the database cannot be opened",
+                descriptors.size(), extension),
+            "leave one of them here");
+    }
+    entities.push_back({ listing.directory, std::move(descriptors.front()),
+        readFiles(context, listing, "prh", DescriptorKind::Head) });
+    return true;
+}
+
+void reportNoEntity(Context& context, const Listing& listing, std::string_view what)
+{
+    const bool hidden = listing.directory.substr(listing.directory.rfind('/') + 1).starts_with('.');
+    if (hidden || !listing.isOpen) {
+        return; // a directory that cannot be opened has been reported
+    }
+    if (listing.isEmpty()) {
+        context.findings.warning("empty-directory", { listing.directory, 0 },
+            "the directory is empty, as an addition that was refused leaves it", "remove it");
+        return;
+    }
+    context.findings.warning("no-descriptor", { listing.directory, 0 },
+        fmt::format("the directory holds no {}: nothing in it is read", what),
+        "add the file, or remove the directory");
+}
+
+void readSubdirectory(Context& context, const std::string& directory, SubstanceTree& substance)
+{
+    const Listing listing = list(context, directory);
+    const bool phase = appendEntity(context, listing, "phd", DescriptorKind::Phase, substance.phases);
+    const bool change = appendEntity(context, listing, "pcd", DescriptorKind::PhaseChange, substance.changes);
+    if (!phase && !change) {
+        reportNoEntity(context, listing, "file with the extension \"phd\" or \"pcd\"");
+    }
+    if (phase && change) {
+        context.findings.warning("two-kinds", { directory, 0 },
+            "the directory is a phase and a phase change at once, and both have its parameters",
+            "give each a directory of its own");
+    }
+    reportStrayFiles(context, listing, { "phd", "pcd", "prh", "dat" });
+    for (const std::string& name : listing.directories) {
+        reportUnreadFiles(context, join(directory, name));
+    }
+}
+
+void readSubstance(Context& context, const std::string& directory, Tree& tree)
+{
+    const Listing listing = list(context, directory);
+    std::vector<Entity> found;
+    if (!appendEntity(context, listing, "mtd", DescriptorKind::Substance, found)) {
+        reportNoEntity(context, listing, "file with the extension \"mtd\"");
+        reportStrayFiles(context, listing, {});
+        return;
+    }
+    SubstanceTree substance { std::move(found.front()), {}, {} };
+    for (const std::string& name : listing.directories) {
+        readSubdirectory(context, join(directory, name), substance);
+    }
+    if (substance.phases.empty()) {
+        context.findings.error("no-phase", { substance.self.descriptor.file(), 0 },
+            "the substance has no phase: opening the database skips it", "add a phase");
+    }
+    reportStrayFiles(context, listing, { "mtd", "prh", "dat" });
+    tree.substances.push_back(std::move(substance));
+}
+
+} // namespace
+
+Tree readTree(Context& context)
+{
+    const Listing root = list(context, "");
+    Tree tree;
+    for (const std::string& name : root.directories) {
+        readSubstance(context, name, tree);
+    }
+    tree.descriptions = readFiles(context, root, "prd", DescriptorKind::Description);
+    for (const std::string& name : root.filesWith("lst")) {
+        if (isStringTable(name)) {
+            tree.tables.emplace_back(context, name);
+        }
+    }
+    reportStrayFiles(context, root, { "prd" });
+    return tree;
+}
+
+} // namespace tool::check

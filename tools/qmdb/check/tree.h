@@ -1,0 +1,33 @@
+#pragma once
+
+#include "check/Descriptor.h"
+#include "check/keys.h"
+
+#include <vector>
+
+namespace tool::check {
+
+/// A directory with a descriptor in it and the parameter heads beside it.
+struct Entity {
+    std::string directory; ///< below the database's
+    Descriptor descriptor;
+    std::vector<Descriptor> heads;
+};
+
+struct SubstanceTree {
+    Entity self;
+    std::vector<Entity> phases;
+    std::vector<Entity> changes;
+};
+
+struct Tree {
+    std::vector<SubstanceTree> substances;
+    std::vector<Descriptor> descriptions;
+    std::vector<Descriptor> tables; ///< the string tables that are there
+};
+
+/// Reads all descriptors that opening the database would read, in the order of their names, whatever is
+/// wrong with them, and reports what is wrong with each and which files and directories are never read.
+Tree readTree(Context& context);
+
+} // namespace tool::check

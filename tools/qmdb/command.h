@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Database.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tool {
+
+/// What the command line asks for; it returns an ExitStatus.
+using Action = std::function<int()>;
+
+/// Adds a command with the arguments and options that all commands on a database have, and DIR first.
+/// `run` is what the command does with its options, a struct that has a `location`.
+template <class Options>
+CLI::App* addCommand(CLI::App& parent, Action& action, const std::string& name, const std::string& help,
+    const std::shared_ptr<Options>& options, int (*run)(const Options&))
+{
+    CLI::App* command = parent.add_subcommand(name, help);
+    Location& location = options->location;
+    command->add_option("DIR", location.directory, "Directory of the database")->required();
+    command->add_option("--lang", location.language,
+        "Language of the names: \"ru\" takes strings.lst, any other default.lst");
+    command
+        ->add_option("--log", location.logDirectory, "Write the library's log, qmdb.log, to this directory")
+        ->type_name("DIR");
+    command->callback([&action, options, run] { action = [options, run] { return run(*options); }; });
+    return command;
+}
+
+/// The options that name what a parameter is attached to, as the user gives them.
+struct OwnerOptions {
+    std::vector<std::string> phases;
+    std::vector<std::string> changes;
+};
+
+/// Adds --phase and --change, of which a command takes one kind.
+void addOwnerOptions(CLI::App& command, OwnerOptions& options);
+
+/// The owners that the options name; the substance itself when they name none.
+std::vector<Owner> chooseOwners(
+    const Database& database, const Substance& substance, const OwnerOptions& options);
+
+/// A parameter by name or number; the message of a miss tells where else the substance has it.
+Parameter chooseParameter(
+    const Database& database, const Substance& substance, const Owner& owner, std::string_view wanted);
+
+/// "Water", "Water, phase Ice" and the like.
+std::string ownerText(const Substance& substance, const Owner& owner);
+
+void addListCommand(CLI::App& app, Action& action);
+void addGetCommand(CLI::App& app, Action& action);
+void addPlotCommand(CLI::App& app, Action& action);
+void addCheckCommand(CLI::App& app, Action& action);
+void addExportCommand(CLI::App& app, Action& action);
+void addAddCommand(CLI::App& app, Action& action);
+void addNewCommand(CLI::App& app, Action& action);
+
+} // namespace tool
