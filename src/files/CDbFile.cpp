@@ -11,7 +11,7 @@ CDbFile::CDbFile(const FoundFile& file, const CLog& log)
     , path(file.path())
     , log_(&log)
 {
-    read(file.directory->base(), file.regular);
+    read(file.directory->openFile(file.name), file.regular);
 }
 
 CDbFile::CDbFile(CFilePath path, const CLog& log)
@@ -19,15 +19,13 @@ CDbFile::CDbFile(CFilePath path, const CLog& log)
     , path(std::move(path))
     , log_(&log)
 {
-    read({}, false);
+    read(qm::CQMInputFile(this->path.text()), false);
 }
 
-void CDbFile::read(qm::PathBase base, bool regularFile)
+void CDbFile::read(qm::CQMInputFile file, bool regularFile)
 {
-    const std::string pathText = path.text();
-    qm::CQMInputFile file(pathText, base);
     if (!file.isOpen()) {
-        log_->error("Cannot open file: ", pathText);
+        log_->error("Cannot open file: ", path.text());
         status = QMDB_E_FILE;
         return;
     }
@@ -38,7 +36,7 @@ void CDbFile::read(qm::PathBase base, bool regularFile)
         std::string_view bytes;
         const CLineReader::Result result = lines.next(bytes);
         if (result == CLineReader::Result::Failed) {
-            log_->error("Cannot read from  file: ", pathText);
+            log_->error("Cannot read from  file: ", path.text());
             break;
         }
         if (first && bytes.starts_with(utf8Mark)) {
@@ -50,10 +48,10 @@ void CDbFile::read(qm::PathBase base, bool regularFile)
         if (sign != std::string_view::npos) {
             entries.add(line.substr(0, sign), line.substr(sign + 1));
         } else if (!line.empty()) {
-            log_->error("File format error: ", pathText, "(", line, ")");
+            log_->error("File format error: ", path.text(), "(", line, ")");
         }
         if (result == CLineReader::Result::TooLong) {
-            log_->error("File format error (line too long): ", pathText);
+            log_->error("File format error (line too long): ", path.text());
         }
         if (result == CLineReader::Result::TooLong || lines.hitEnd()) {
             status = QMDB_OK;

@@ -82,7 +82,7 @@ protected:
     void requireKeys(std::initializer_list<CKey> required);
 
 private:
-    void read(qm::PathBase base, bool regularFile);
+    void read(qm::CQMInputFile file, bool regularFile);
 
     const CLog* log_;
     CKeyMap keys_;

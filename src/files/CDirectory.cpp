@@ -30,10 +30,18 @@ const qm::CQMDirectoryListing& CDirectory::entries()
     const qm::PathBase start = parent_ && !endsInSeparator ? parent_->base() : qm::PathBase();
     open_.emplace(path_->substr(0, path_->size() - (endsInSeparator ? 1 : 0)), start);
     entries_.emplace(*open_);
-    if (!staysOpen_ || endsInSeparator) {
+    if (!staysOpen_ || path_->ends_with('\\')) {
         open_.reset();
     }
     return *entries_;
+}
+
+qm::CQMInputFile CDirectory::openFile(const std::string& name) const
+{
+    if (open_) {
+        return qm::CQMInputFile(name, { open_->descriptor(), 0 });
+    }
+    return qm::CQMInputFile(*path_ + "/" + name, base());
 }
 
 qm::PathBase CDirectory::base() const noexcept

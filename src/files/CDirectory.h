@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qm/CQMDirectoryListing.h"
+#include "qm/CQMInputFile.h"
 
 #include <memory>
 #include <optional>
@@ -23,8 +24,8 @@ public:
     /// is empty in the locale's encoding.
     const qm::CQMDirectoryListing& entries();
 
-    /// The open directory that paths of files in this one may start from.
-    qm::PathBase base() const noexcept;
+    /// Opens a file that lies in this directory.
+    qm::CQMInputFile openFile(const std::string& name) const;
 
     /// The directories in this one. Their paths are this path, "/" and their names.
     std::vector<CDirectory>& subdirectories();
@@ -37,6 +38,9 @@ public:
 
 private:
     CDirectory(const CDirectory& parent, std::string_view name);
+
+    /// The open directory that paths of entries may start from.
+    qm::PathBase base() const noexcept;
 
     std::shared_ptr<const std::string> path_;
     std::size_t nameAt_ = 0;

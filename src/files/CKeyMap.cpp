@@ -118,29 +118,38 @@ bool CKeyMap::next(std::size_t& position, Entry& entry) const noexcept
     return true;
 }
 
+void CKeyMap::Builder::makeRoom(std::size_t needed)
+{
+    const std::size_t room = large_.empty() ? small_.size() : large_.size();
+    if (room - size_ >= needed) {
+        return;
+    }
+    if (large_.empty()) {
+        large_.assign(small_.begin(), small_.begin() + static_cast<std::ptrdiff_t>(size_));
+    }
+    large_.resize(2 * room + needed);
+}
+
 void CKeyMap::Builder::add(std::string_view key, std::string_view value)
 {
-    const std::size_t needed = 1 + 2 * maxLengthBytes + key.size() + value.size();
-    if (packed_.size() - size_ < needed) {
-        packed_.resize(2 * packed_.size() + needed);
-    }
+    makeRoom(1 + 2 * maxLengthBytes + key.size() + value.size());
     const CKey known(key);
-    char* const entry = packed_.data() + size_;
+    char* const entry = data() + size_;
     *entry = static_cast<char>(known.code());
     char* const behindKey = known.code() == otherKey ? putText(entry + 1, key) : entry + 1;
     const char* const end = putText(behindKey, value);
-    ascending_ = ascending_ && (size_ == 0 || isBefore(packed_.data() + lastEntry_, entry));
+    ascending_ = ascending_ && (size_ == 0 || isBefore(data() + lastEntry_, entry));
     lastEntry_ = size_;
-    size_ = static_cast<std::size_t>(end - packed_.data());
+    size_ = static_cast<std::size_t>(end - data());
 }
 
 CKeyMap CKeyMap::Builder::finish() const
 {
     if (ascending_) {
-        return CKeyMap({ packed_.data(), size_ });
+        return CKeyMap(packed());
     }
     std::vector<Entry> entries;
-    for (const char* at = packed_.data(); at != packed_.data() + size_;) {
+    for (const char* at = packed().data(); at != packed().data() + size_;) {
         entries.push_back(takeEntry(at));
     }
     std::stable_sort(entries.begin(), entries.end(), [](auto& a, auto& b) { return a.key < b.key; });
@@ -150,5 +159,5 @@ CKeyMap CKeyMap::Builder::finish() const
             sorted.add(entries[i].key, entries[i].value);
         }
     }
-    return CKeyMap({ sorted.packed_.data(), sorted.size_ });
+    return CKeyMap(sorted.packed());
 }

@@ -2,6 +2,7 @@
 
 #include "files/CKey.h"
 
+#include <array>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
@@ -35,15 +36,16 @@ public:
     /// Builds a map from entries in any order; of entries with one key the last stands.
     class Builder {
     public:
-        Builder()
-            : packed_(512)
-        {
-        }
         void add(std::string_view key, std::string_view value);
         CKeyMap finish() const;
 
     private:
-        std::vector<char> packed_;
+        char* data() noexcept { return large_.empty() ? small_.data() : large_.data(); }
+        std::string_view packed() const noexcept { return { const_cast<Builder*>(this)->data(), size_ }; }
+        void makeRoom(std::size_t needed);
+
+        std::array<char, 512> small_; // nearly every descriptor fits
+        std::vector<char> large_;
         std::size_t size_ = 0;
         std::size_t lastEntry_ = 0;
         bool ascending_ = true;
