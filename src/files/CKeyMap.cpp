@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <string>
 #include <vector>
 
 namespace {
@@ -98,13 +98,18 @@ bool CKeyMap::hasAll(std::initializer_list<CKey> keys) const noexcept
 
 void CKeyMap::set(std::string_view key, std::string_view value)
 {
-    Builder changed;
+    // What stands before and behind the key's place stays as it is.
+    std::size_t before = 0;
+    std::size_t behind = 0;
     Entry entry;
-    for (std::size_t position = 0; next(position, entry);) {
-        changed.add(entry.key, entry.value);
+    for (std::size_t position = 0; next(position, entry) && entry.key <= key; behind = position) {
+        before = entry.key < key ? position : before;
     }
+    Builder changed;
     changed.add(key, value);
-    *this = changed.finish();
+    std::string packed(packed_.get(), before);
+    packed.append(changed.packed()).append(packed_.get() + behind, size_ - behind);
+    *this = CKeyMap(packed);
 }
 
 bool CKeyMap::next(std::size_t& position, Entry& entry) const noexcept

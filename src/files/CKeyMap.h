@@ -40,6 +40,7 @@ public:
         CKeyMap finish() const;
 
     private:
+        friend class CKeyMap;
         char* data() noexcept { return large_.empty() ? small_.data() : large_.data(); }
         std::string_view packed() const noexcept { return { const_cast<Builder*>(this)->data(), size_ }; }
         void makeRoom(std::size_t needed);

@@ -1,10 +1,12 @@
 #include "files/conversions.h"
 
 #include "files/plainNumbers.h"
+#include "qm/CQMTranscoder.h"
 #include "qm/text.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <cwchar>
 
 namespace conversions {
@@ -60,9 +62,9 @@ std::string long2wstr(unsigned long value)
 
 std::string double2wstr(double value)
 {
-    wchar_t buffer[numberBufferSize];
-    std::swprintf(buffer, numberBufferSize, L"%lg", value);
-    return qm::text::fromWide(buffer);
+    char buffer[numberBufferSize];
+    std::snprintf(buffer, numberBufferSize, "%lg", value);
+    return qm::CQMTranscoder::AnsiToText(buffer); // the locale's point may be any character
 }
 
 void copyWStringToWtchar(std::string_view text, std::span<wchar_t> destination) noexcept

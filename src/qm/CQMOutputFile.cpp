@@ -41,6 +41,12 @@ bool writeInPlace(const std::string& path, std::string_view bytes, PathBase base
     return file.finish();
 }
 
+bool isLink(int directory, const std::string& name)
+{
+    struct stat status { };
+    return ::fstatat(directory, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+}
+
 /// A file under a name that no scan of the database matches; removed unless it was moved away.
 class TemporaryFile {
 public:
@@ -121,14 +127,16 @@ bool writeWholeFile(const std::string& path, std::string_view bytes, const CQMDi
 {
     const PathBase base = directory.base();
     const std::string target = CNativePath(path, base).c_str();
-    struct stat status { };
-    if (target.empty() || ::fstatat(base.directory, target.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0) {
-        return writeInPlace(path, bytes, base);
+    if (target.empty()) {
+        return false;
     }
     {
         TemporaryFile file(target, base.directory);
-        if (!file.fill(bytes) || !file.moveIntoPlace()) {
+        if (!file.fill(bytes)) {
             return false;
+        }
+        if (!file.moveIntoPlace()) {
+            return errno == EEXIST && isLink(base.directory, target) && writeInPlace(path, bytes, base);
         }
     }
     if (!directory.flush()) {

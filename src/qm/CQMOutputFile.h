@@ -33,9 +33,9 @@ private:
 /// Writes a whole file in `directory` so that it appears at `path` complete or not at all, flushed to
 /// the disk.
 ///
-/// Where nothing stands at `path`, the bytes are written beside it and moved into place without
-/// replacing what may have appeared there meanwhile; what stands there already is written in place.
-/// False when the file does not stand complete; a half-made one is removed.
+/// The bytes are written beside it and moved into place without replacing what may stand there; only
+/// where a link stands, it is what the link names that is written. False when the file does not stand
+/// complete; a half-made one is removed.
 bool writeWholeFile(const std::string& path, std::string_view bytes, const CQMDirectory& directory);
 
 /// Appends bytes to a file in one piece, making it when missing. Never waits; failures are ignored.
