@@ -39,6 +39,8 @@ const LineCase lineCases[] = {
     { "nulEndsTheLine", required + "Comment=ab\0cd\n\0Comment=z\n"s, L"ab" },
     { "nulBeforeTheSign", required + "Comment=x\nab\0=cd\n"s, L"x",
         "ERROR: File format error: $/I/i.mtd(ab)\n" },
+    { "nulWithMark", mark + required + "Comment=x\nab\0=cd\n"s, L"x",
+        "ERROR: File format error: $/I/i.mtd(ab)\n" },
     { "longest", required + "Z=" + std::string(1020, 'z') + "\nComment=" + std::string(1014, 'x') + "\n",
         std::wstring(49, L'x') },
     { "longestWithCr", required + "Z=" + std::string(1019, 'z') + "\r\nComment=x\n", L"x" },

@@ -283,7 +283,8 @@ TEST(Values, largeFiles)
         rows += row + "\n";
         listedRows += "(" + row + ")";
         if (i % 50 == 0) {
-            subtables += "P=" + std::to_string(i) + "\n" + std::string(i % 900, '#') + "\n";
+            subtables += "P=" + std::to_string(i) + "\n" + std::string(static_cast<std::size_t>(i % 900), '#')
+                + "\n";
             listedSubtables += "P=" + std::to_string(i);
         }
         subtables += row + "\n";

@@ -164,7 +164,7 @@ TEST(KeyMap, behavesLikeAnOrderedMap)
         const auto value
             = [&] { return std::string(random() % 5 ? random() % 3 : 120 + random() % 20000, 'v'); };
         const auto key = [&] { return keys[random() % keys.size()]; };
-        for (auto entries = random() % 8; entries > 0; --entries) {
+        for (auto entries = random() % 40; entries > 0; --entries) {
             const std::string added = key();
             builder.add(added, expected[added] = value());
         }
