@@ -9,7 +9,7 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from support import COMMAND, MARK, SMALL, CommandTest, description, head, keys, snapshot, write
+from support import COMMAND, MARK, CommandTest, description, head, keys, snapshot, write
 
 TREE = """\
 Water (0): H₂O
@@ -51,84 +51,76 @@ component,value
 2,Salt,0,"Crystal, ""cubic""",,,3,Conductivity,W/(m K),,,z,-6.5
 '''
 
-REPORT = """\
-Substance1/Phase1/Property1.dat:1: error: the row stands before the first "P=" line; begin with a line "P=" and the \
-first argument [no-header]
-Substance1/Phase1/Property1.dat:2: error: the first argument is "x", which is no number; write a number [bad-number]
-Substance1/Phase1/Property1.dat:3: error: "p=3" is not 2 numbers with blanks between; begin the line with a capital \
-"P=" [bad-row]
-Substance1/Phase1/Property1.dat:4: warning: number 2 is "1,5.5" and is read as 1.5; write the number alone \
-[ignored-text]
-Substance1/Phase1/Property1.dat:6: warning: number 2 is read as inf; write a finite number [not-finite]
-Substance1/Phase1/Property1.dat:7: warning: the first argument 2 has a subtable already; put the rows together \
-[repeated-subtable]
-Substance1/Phase1/Property1.dat:9: error: the last line is lost: no line end follows it; end the file with a line \
-end [dropped-line]
-Substance2/Substance2.mtd:2: error: the semicolon at the end adds an empty component; remove it [bad-composition]
-Substance2/Substance2.mtd:3: error: "ID" is "1x", which is no whole number; it is read as 1; write digits only \
-[bad-number]
-Substance3/Phase1/Phase1.phd: error: the key "Name" is missing: the database cannot be opened; add a line "Name=..." \
-[missing-key]
-Substance3/Phase1/Phase1.phd:3: warning: nobody reads the key "Name "; remove the blanks beside "=": they belong to \
-key and value [unknown-key]
-Substance3/Phase1/Phase1.phd:4: warning: text beyond ASCII without a UTF-8 mark is read in the locale of each \
-reader; save the file as UTF-8 with a byte-order mark [no-mark]
-Substance3/Phase1/Property1.dat:1: warning: the line is not read: the last one is the value; remove it, or let it \
-begin with "#" [ignored-line]
-Substance3/Phase1/Property1.dat:3: error: "6 6 6 # old" is not 3 numbers with blanks between; write 3 numbers; a \
-comment is a line of its own that begins with "#" [bad-row]
-Substance3/Substance3.mtd:5: warning: Substance2/Substance2.mtd has the name "Salt" too; give one of them another \
-name [duplicate-name]
-Substance4: warning: the directory holds no file with the extension "mtd": nothing in it is read; add the file, or \
-remove the directory [no-descriptor]
-strings.lst:1: warning: the name is empty; give it a name [empty-name]
-8 errors, 9 warnings in 26 files
+# A tree of faults, laid over the small one. Opening stops at the first that it meets.
+PLANTED = {
+    "conductivity.prd": description(3, "Conductivity", "W/(m K)", "Ct", "S", vector=1) + "Note=" + "x" * 1100 + "\n",
+    "default.lst": MARK + "10=Water\n11=Ice\n",
+    "Substance1/Substance1.mtd": keys(ID=0, Mixture=0, Name="W", NameID=10),
+    "Substance1/Property1.dat": "heavy\n",
+    "Substance1/Phase1/Phase1.phd": MARK + "Aggreg=2\n; a comment\nID=0\nName=Liquid\n",
+    "Substance1/Phase1/Property1.dat": "280 1\nP=x\np=3\n300 1,5.5\nP=2\n1\tinf\n1 inf\nP=2\n1 2\n2 3",
+    "Substance1/Phase2/Property1.dat": "# T rho\n250 919\n250 920\n",
+    "Substance1/PC1/PC1.pcd": keys(ID=0, Name="Melting", Phase1=1, Phase2=7, name="x"),
+    "Substance1/PC1/Property1.dat": "# nothing yet\n",
+    "Substance2/Substance2.mtd": keys(Comment="", Composition="0:0.5;9:0.25", ID=1, Mixture=1, Name="Salt"),
+    "Substance3/Phase1/Property1.dat": "1 2 3\n6 6 6\n",
+    "Substance4/Substance4.mtd": keys(Comment="", Composition="0:1", ID="2x", Mixture=1, Name="One"),
+    "Substance4/Phase1/Phase1.phd": keys(Aggreg=5, ID=0, Name="Plasma"),
+    "Substance4/Phase1/Property1.prh": head(77, 1, 0, "gone.dat"),
+    "Substance4/Phase1/Property2.prh": head(2, 9, 1),
+    "Substance4/Phase1/Property3.PRH": head(1, 1),
+    "Substance4/Phase1/Property9.dat": "1\n",
+    "Substance5/Substance5.mtd": keys(Comment="", Composition="", ID=5, Mixture=0, Name="Bare"),
+    "Substance6/Substance6.mtd": "Comment=\nComposition=\nID=6\nMixture=0\nName=\xfc\n".encode("latin-1"),
+    "Substance6/Phase1/a.phd": keys(Aggreg=1, ID=0, Name="A"),
+    "Substance6/Phase1/b.phd": keys(Aggreg=1, ID=0, Name="B"),
+    "Substance6/Phase1/Property1.prh": head(3, 4, 2),
+    "Substance6/Phase1/Property1.dat": MARK + "P=1\n1 2\n",
+    "Substance7/notes.txt": "",
+}
+FOUND = """\
+Substance1/PC1/PC1.pcd:4 error unknown-phase
+Substance1/PC1/PC1.pcd:5 warning unknown-key
+Substance1/PC1/Property1.dat:None error no-data
+Substance1/Phase1/Phase1.phd:2 error no-key
+Substance1/Phase1/Property1.dat:1 error no-header
+Substance1/Phase1/Property1.dat:2 error bad-number
+Substance1/Phase1/Property1.dat:3 error bad-row
+Substance1/Phase1/Property1.dat:4 warning ignored-text
+Substance1/Phase1/Property1.dat:6 error bad-row
+Substance1/Phase1/Property1.dat:7 warning not-finite
+Substance1/Phase1/Property1.dat:8 warning repeated-subtable
+Substance1/Phase1/Property1.dat:10 error dropped-line
+Substance1/Phase2/Property1.dat:3 error not-increasing
+Substance1/Property1.dat:1 error bad-number
+Substance1/Substance1.mtd:None error missing-key
+Substance2/Substance2.mtd:2 error bad-fractions
+Substance2/Substance2.mtd:2 error unknown-component
+Substance3/Phase1/Property1.dat:1 warning ignored-line
+Substance3/Substance3.mtd:5 warning duplicate-name
+Substance4/Phase1/Phase1.phd:1 warning bad-state
+Substance4/Phase1/Property1.prh:1 error no-data-file
+Substance4/Phase1/Property1.prh:2 error no-description
+Substance4/Phase1/Property2.prh:1 error no-data-file
+Substance4/Phase1/Property2.prh:3 error bad-type
+Substance4/Phase1/Property2.prh:4 error form-not-allowed
+Substance4/Phase1/Property3.PRH:None warning wrong-extension
+Substance4/Phase1/Property9.dat:None warning orphan-data
+Substance4/Substance4.mtd:2 error bad-composition
+Substance4/Substance4.mtd:3 error bad-number
+Substance4/Substance4.mtd:3 error duplicate-id
+Substance5/Substance5.mtd:None error no-phase
+Substance6/Phase1:None error several-descriptors
+Substance6/Phase1/Property1.dat:1 error mark-in-data
+Substance6/Phase1/Property1.prh:3 error type-not-allowed
+Substance6/Phase1/Property1.prh:4 error bad-flag
+Substance6/Substance6.mtd:None error missing-key
+Substance6/Substance6.mtd:5 warning no-mark
+Substance7:None warning no-descriptor
+conductivity.prd:9 error long-line
+conductivity.prd:9 warning unknown-key
+default.lst:2 warning unused-text
 """
-
-# Faults by what they are, each with the file and line that has to be named.
-FAULTS = {
-    "missing-key": ("Substance1/Substance1.mtd", None, keys(ID=0, Mixture=0, Name="W", NameID=10)),
-    "no-key": ("Substance1/Phase1/Phase1.phd", 2, MARK + "Aggreg=2\n; a comment\nID=0\nName=Liquid\n"),
-    "unknown-key": ("Substance1/PC1/PC1.pcd", 5, keys(ID=0, Name="Melting", Phase1=1, Phase2=0, name="x")),
-    "bad-row": ("Substance1/Phase1/Property1.dat", 2, "P=1\n280\t999\nP=2\n280 1000\n"),
-    "dropped-line": ("Substance1/Phase3/Property1.dat", 3, "P=1\n280 999\n300 997"),
-    "not-increasing": ("Substance1/Phase2/Property1.dat", 3, "# T rho\n250 919\n250 920\n"),
-    "bad-number": ("Substance1/Property1.dat", 1, "heavy\n"),
-    "no-data": ("Substance1/PC1/Property1.dat", None, "# nothing yet\n"),
-    "unknown-component": ("Substance2/Substance2.mtd", 2,
-                          keys(Comment="", Composition="0:0.75;9:0.25", ID=1, Mixture=1, Name="Brine")),
-    "bad-fractions": ("Substance4/Substance4.mtd", 2,
-                      keys(Comment="", Composition="0:0.5;2:0.25", ID=4, Mixture=1, Name="Weak")),
-    "bad-composition": ("Substance5/Substance5.mtd", 2, keys(Comment="", Composition="0:1", ID=5, Mixture=1, Name="One")),
-    "unknown-phase": ("Substance5/PC1/PC1.pcd", 4, keys(ID=0, Name="Boiling", Phase1=0, Phase2=7)),
-    "no-description": ("Substance5/Phase1/Property1.prh", 2, head(77, 1)),
-    "type-not-allowed": ("Substance5/Phase1/Property2.prh", 3, head(3, 4, 1)),
-    "form-not-allowed": ("Substance5/PC1/Property1.prh", 4, head(2, 1, 1)),
-    "duplicate-id": ("Substance6/Substance6.mtd", 3, keys(Comment="", Composition="", ID=2, Mixture=0, Name="Salt 2")),
-    "no-phase": ("Substance7/Substance7.mtd", None, keys(Comment="", Composition="", ID=7, Mixture=0, Name="Bare")),
-    "wrong-extension": ("Substance6/Phase1/Property1.PRH", None, head(1, 1)),
-    "orphan-data": ("Substance6/Phase1/Property9.dat", None, "1\n"),
-    "no-data-file": ("Substance6/Phase1/Property3.prh", 1, head(3, 1, 0, "gone.dat")),
-    "long-line": ("conductivity.prd", 7, description(3, "Conductivity", "W/(m K)", "Ct", "S", vector=1)
-                  .replace("Units=", "Note=" + "x" * 1100 + "\nUnits=")),
-    "several-descriptors": ("Substance6/Phase2", None, None),
-    "bad-state": ("Substance6/Phase3/Phase3.phd", 1, keys(Aggreg=5, ID=3, Name="Plasma")),
-    "unused-text": ("default.lst", 2, MARK + "10=Water\n11=Ice\n"),
-}
-
-# What the planted faults need around them, without being faults themselves.
-AROUND = {
-    "Substance1/Phase3/Phase3.phd": keys(Aggreg=2, ID=3, Name="Sol"),
-    "Substance1/Phase3/Property1.prh": head(1, 4),
-    "Substance4/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="Liquid"),
-    "Substance5/Phase1/Phase1.phd": keys(Aggreg=1, ID=0, Name="Solid"),
-    "Substance5/Phase1/Property1.dat": "1\n",
-    "Substance5/Phase1/Property2.dat": "P=1\n1 1 1 1\n",
-    "Substance5/PC1/Property1.dat": "1 2 3\n",
-    "Substance6/Phase1/Phase1.phd": keys(Aggreg=1, ID=0, Name="Solid"),
-    "Substance6/Phase2/a.phd": keys(Aggreg=1, ID=1, Name="Solid 2"),
-    "Substance6/Phase2/b.phd": keys(Aggreg=1, ID=2, Name="Solid 3"),
-}
 
 
 class Reading(CommandTest):
@@ -159,7 +151,7 @@ class Reading(CommandTest):
         for arguments, message in [
             (["Watr", "Density"], 'no substance is called "Watr"; near matches: Water (0)'),
             (["Water", "Density"], 'no parameter of Water is called "Density"; there are: Molar mass (2)\n'
-             'qmdb: it has this name with --phase "Liquid", with --phase "Ice"'),
+             'qmdb: there is such a parameter with --phase "Liquid", --phase "Ice"'),
             (["Water", "--phase", "Likuid", "1"], 'no phase of Water is called "Likuid"; near matches: Liquid (0)'),
             (["Water", "--phase", "Ice", "conductivty"],
              'no parameter of Water, phase Ice is called "conductivty"; near matches: Conductivity (3)'),
@@ -169,7 +161,7 @@ class Reading(CommandTest):
                               "Substance1/Phase1/Property2.prh": head(2, 1, 0, "Property2.dat")})
         self.expect(["get", self.database, "Water", "DENSITY", "--phase", "0"], "", 2,
                     'qmdb: "DENSITY" is the name of several: Density (1), density (2); give the number\n'
-                    'qmdb: it has this name without --phase and --change, with --phase "Liquid", with --phase "Ice"\n')
+                    'qmdb: there is such a parameter with neither --phase nor --change, --phase "Ice"\n')
 
     def test_goes_on_behind_a_value_that_cannot_be_read(self):
         write(self.database, {"Substance1/Phase2/Property1.dat": "250 x\n"})
@@ -212,7 +204,8 @@ class Reading(CommandTest):
         self.assertIn("Database path: ", Path(self.scratch, "qmdb.log").read_text(encoding="utf-8"))
 
     def test_says_why_it_cannot_run(self):
-        self.expect(["list", "nowhere"], "", 2, 'qmdb: "nowhere" is not a directory\n')
+        for command in ["list", "check", "export"]:
+            self.expect([command, "nowhere"], "", 2, 'qmdb: "nowhere" is not a directory\n')
         self.assertEqual(2, self.run_command("list")[0])
         write(self.database, {"Substance3/Substance3.mtd": MARK + "ID=2\n"})
         self.expect(["list", self.database], "", 2,
@@ -244,25 +237,26 @@ class Checking(CommandTest):
         self.expect(["check", self.database], "0 errors, 0 warnings in 26 files\n")
 
     def test_finds_every_planted_fault_in_one_run(self):
-        write(self.database, AROUND | {name: text for name, _, text in FAULTS.values() if text is not None})
+        write(self.database, PLANTED)
         status, output, errors = self.run_command("check", self.database, "--json")
         self.assertEqual((1, ""), (status, errors))
         report = json.loads(output)
-        found = {(finding["kind"], finding["file"], finding["line"]) for finding in report["findings"]}
-        self.assertEqual(set(), {(kind, name, line) for kind, (name, line, _) in FAULTS.items()} - found)
+        self.assertEqual(FOUND, "".join(
+            "{file}:{line} {severity} {kind}\n".format(**finding) for finding in report["findings"]))
         self.assertEqual(len(report["findings"]), report["errors"] + report["warnings"])
 
     def test_tells_what_is_wrong_and_what_to_do(self):
-        write(self.database, {
-            "Substance1/Phase1/Property1.dat": "280 1\nP=x\np=3\n300 1,5.5\nP=2\n1 inf\nP=2\n1 2\n2 3",
-            "Substance2/Substance2.mtd": keys(Comment="", Composition="0:0.75;2:0.25;", ID="1x", Mixture=1, Name="Salt"),
-            "Substance3/Phase1/Phase1.phd": "Aggreg=1\nID=0\nName = C\nName=\xc3\n".encode("latin-1"),
-            "Substance3/Phase1/Property1.dat": "1 2 3\n\n6 6 6 # old\n",
-            "Substance4/notes.txt": "", "strings.lst": MARK + "10=\n"})
-        self.expect(["check", self.database], REPORT, 1)
-
-    def test_cannot_run_without_a_directory(self):
-        self.expect(["check", "nowhere"], "", 2, 'qmdb: "nowhere" is not a directory\n')
+        write(self.database, {"Substance3/Phase1/Phase1.phd": MARK + "Aggreg=1\nID=0\nName = C\n",
+                              "Substance3/Phase1/Property1.dat": "6 6 6 # old\n"})
+        self.expect(["check", self.database], """\
+Substance3/Phase1/Phase1.phd: error: the key "Name" is missing: the database cannot be opened; add a line "Name=..." \
+[missing-key]
+Substance3/Phase1/Phase1.phd:3: warning: nobody reads the key "Name "; remove the blanks beside "=": they belong to \
+key and value [unknown-key]
+Substance3/Phase1/Property1.dat:1: error: "6 6 6 # old" is not 3 numbers with blanks between; write 3 numbers; a \
+comment is a line of its own that begins with "#" [bad-row]
+2 errors, 1 warning in 26 files
+""", 1)
 
 
 class Adding(CommandTest):
@@ -304,7 +298,8 @@ class Adding(CommandTest):
         density = ["parameter", "Water", "Density", "--phase", "Steam", "--file", "-"]
         for arguments, stdin, message in [
             (["substance", "Water", "--solid", "Ice"], "",
-             "cannot add the substance: the name is taken (-14): Cannot append a substance because a duplicated name, Water"),
+             "cannot add the substance: the name is taken (-14): Cannot append a substance because a duplicated name, "
+             "Water"),
             (["substance", "x" * 50, "--solid", "Ice"], "", "the name has 50 characters; 49 fit"),
             (["substance", "Mix", "--component", "0:0.6", "--component", "0:0.6", "--gas", "Gas"], "",
              "the molar fractions add up to 1.2; they must add up to 0.99 to 1"),
@@ -315,7 +310,7 @@ class Adding(CommandTest):
              "(-19): Incorrect parameter for the phase AS, ParamID=11AS=3"),
             (density, "T,rho\n280,999.9\n300,heavy\n290\n", "nothing is added:\n"
              'standard input: row 2 (line 3), column 2: "heavy" is not a number\n'
-             "standard input: row 3 (line 4): 1 columns, but the first row has 2"),
+             "standard input: row 3 (line 4): its columns are 1, those of the first row 2"),
             (density, "280 1\n280.0001 2\n270 3\n", "nothing is added:\n"
              "standard input: row 2 (line 2), column 1: the arguments 280 and 280.0001 are the same in the six "
              "significant digits that are stored\n"

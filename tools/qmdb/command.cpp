@@ -6,22 +6,35 @@ namespace tool {
 
 namespace {
 
-/// "its phase Ice, its phase change Melting": the owners of a substance that have a parameter.
-std::string whereElse(const Database& database, const Substance& substance, std::string_view wanted)
+/// The option that names an owner.
+std::string optionText(const Owner& owner)
 {
-    std::vector<std::string> places;
+    switch (owner.kind) {
+    case Owner::Kind::Phase:
+        return fmt::format("--phase \"{}\"", owner.name);
+    case Owner::Kind::Change:
+        return fmt::format("--change \"{}\"", owner.name);
+    case Owner::Kind::Substance:
+        break;
+    }
+    return "neither --phase nor --change";
+}
+
+/// The options for the other owners of a substance that have a parameter.
+std::vector<std::string> optionsElsewhere(
+    const Database& database, const Substance& substance, const Owner& here, std::string_view wanted)
+{
+    std::vector<std::string> options;
     for (const Owner& owner : database.owners(substance.id)) {
         const auto parameters = database.parameters(substance.id, owner);
         const bool has = std::ranges::any_of(parameters, [&](const Parameter& parameter) {
             return lowerCase(parameter.name) == lowerCase(wanted) || std::to_string(parameter.id) == wanted;
         });
-        if (has) {
-            places.push_back(owner.kind == Owner::Kind::Substance ? "without --phase and --change"
-                    : owner.kind == Owner::Kind::Phase ? fmt::format("with --phase \"{}\"", owner.name)
-                                                       : fmt::format("with --change \"{}\"", owner.name));
+        if (has && (owner.kind != here.kind || owner.id != here.id)) {
+            options.push_back(optionText(owner));
         }
     }
-    return fmt::format("{}", fmt::join(places, ", "));
+    return options;
 }
 
 } // namespace
@@ -56,8 +69,9 @@ Parameter chooseParameter(
         const std::string kind = fmt::format("parameter of {}", ownerText(substance, owner));
         return choose(database.parameters(substance.id, owner), wanted, kind);
     } catch (const Failure& failure) {
-        const std::string places = whereElse(database, substance, wanted);
-        throw Failure("{}{}{}", failure.what(), places.empty() ? "" : "\nqmdb: it has this name ", places);
+        const auto options = optionsElsewhere(database, substance, owner, wanted);
+        throw Failure("{}{}{}", failure.what(),
+            options.empty() ? "" : "\nqmdb: there is such a parameter with ", fmt::join(options, ", "));
     }
 }
 

@@ -139,9 +139,6 @@ Picture pictureOf(const std::vector<Drawn>& values)
 
 int runPlot(const PlotOptions& options)
 {
-    if (options.names.size() < 2) {
-        throw Failure("plot needs a substance and a parameter; see qmdb plot --help");
-    }
     const Database database(options.location);
     const std::vector<Drawn> values = readValues(database, options);
     requireOneKind(values);
@@ -155,8 +152,11 @@ void addPlotCommand(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<PlotOptions>();
     CLI::App* command = addCommand(app, action, "plot", "Draw the curves of a parameter", options, runPlot);
-    command->add_option("SUBSTANCE... PARAMETER", options->names,
-        "Substances to compare, and last the parameter, by name or number");
+    command
+        ->add_option(
+            "NAME", options->names, "Substances to compare, and last the parameter, by name or number")
+        ->required()
+        ->expected(-2); // two or more
     addOwnerOptions(*command, options->owner);
     command
         ->add_option("-o,--output", options->file,

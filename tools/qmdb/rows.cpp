@@ -109,7 +109,7 @@ private:
     std::size_t count_ = 0;
 };
 
-void appendNumbers(InputRow& row, const std::vector<std::string>& fields, Problems& problems)
+void fillRow(InputRow& row, const std::vector<std::string>& fields, Problems& problems)
 {
     for (const std::string& field : fields) {
         const auto number = asNumber(field);
@@ -118,6 +118,25 @@ void appendNumbers(InputRow& row, const std::vector<std::string>& fields, Proble
         }
         row.numbers.push_back(number.value_or(0));
     }
+}
+
+void checkColumns(const std::vector<InputRow>& rows, Problems& problems)
+{
+    const std::size_t columns = rows.back().numbers.size();
+    const std::size_t wanted = rows.front().numbers.size();
+    if (columns != wanted) {
+        problems.add(
+            rows.back(), fmt::format("its columns are {}, those of the first row {}", columns, wanted));
+    }
+}
+
+/// A line without byte-order mark and outer blanks; empty for a comment.
+std::string_view contentOf(std::string_view line, bool first)
+{
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    line.remove_prefix(first && line.starts_with(mark) ? mark.size() : 0);
+    line = trimmed(line, blanks);
+    return line.starts_with('#') ? std::string_view() : line;
 }
 
 std::string stored(double number)
@@ -166,30 +185,21 @@ void checkArguments(const std::vector<InputRow>& rows, Problems& problems)
 
 std::vector<InputRow> readRows(std::istream& input, const std::string& name)
 {
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
     Problems problems(name);
     std::vector<InputRow> rows;
     bool headPossible = true;
     std::size_t lineNumber = 0;
     for (std::string text; std::getline(input, text);) {
-        ++lineNumber;
-        std::string_view line = text;
-        line.remove_prefix(lineNumber == 1 && line.starts_with(mark) ? mark.size() : 0);
-        line = trimmed(line, blanks);
-        if (line.empty() || line.starts_with('#')) {
+        const std::string_view line = contentOf(text, ++lineNumber == 1);
+        if (line.empty()) {
             continue;
         }
         const auto fields = fieldsOf(line);
         const bool head = std::exchange(headPossible, false) && std::ranges::none_of(fields, isNumber);
-        if (head) {
-            continue;
-        }
-        rows.push_back({ rows.size() + 1, lineNumber, {} });
-        appendNumbers(rows.back(), fields, problems);
-        if (fields.size() != rows.front().numbers.size()) {
-            problems.add(rows.back(),
-                fmt::format(
-                    "{} columns, but the first row has {}", fields.size(), rows.front().numbers.size()));
+        if (!head) {
+            rows.push_back({ rows.size() + 1, lineNumber, {} });
+            fillRow(rows.back(), fields, problems);
+            checkColumns(rows, problems);
         }
     }
     problems.throwIfAny();

@@ -79,24 +79,14 @@ void checkRepeats(Context& context, const Place& place, const std::vector<COMPON
     }
 }
 
-} // namespace
-
-void checkComposition(Context& context, const Descriptor& substance, const std::set<long>& ids)
+void checkMixture(Context& context, const Descriptor& substance, const std::set<long>& ids)
 {
     const std::string text = substance.text("Composition");
     const Place place = substance.place("Composition");
-    if (substance.number("Mixture") < 1) {
-        if (!text.empty()) {
-            context.findings.warning("unused-composition", place,
-                "the composition of a pure substance is not read",
-                "write \"Mixture=1\", or leave the composition empty");
-        }
-        return;
-    }
     std::vector<COMPONENT> components;
     if (::composition::parse(text, components) != ::composition::Outcome::Read) {
         context.findings.error("bad-composition", place,
-            fmt::format("{} cannot be read, and the substances of the database not be listed", shown(text)),
+            fmt::format("{} cannot be read, so that no list of the substances can be had", shown(text)),
             refusalOf(text));
         return;
     }
@@ -115,6 +105,19 @@ void checkComposition(Context& context, const Descriptor& substance, const std::
     }
     checkSum(context, place, components);
     checkRepeats(context, place, components, substance.number("ID"));
+}
+
+} // namespace
+
+void checkComposition(Context& context, const Descriptor& substance, const std::set<long>& ids)
+{
+    if (substance.number("Mixture") > 0) {
+        checkMixture(context, substance, ids);
+    } else if (!substance.text("Composition").empty()) {
+        context.findings.warning("unused-composition", substance.place("Composition"),
+            "the composition of a pure substance is not read",
+            "write \"Mixture=1\", or leave the composition empty");
+    }
 }
 
 } // namespace tool::check

@@ -71,19 +71,10 @@ private:
 
     void addLine(const RawLine& line)
     {
-        if (line.place.line == 1 && line.bytes.starts_with(utf8Mark)) {
-            context_.findings.error("mark-in-data", line.place,
-                "data files have no byte-order mark; the line counts as data", "save the file without it");
-        }
+        const std::string_view bytes = withoutMark(line);
+        checkAscii(line.place, bytes);
         std::string decoded;
-        const std::string text(decodeLine(line.bytes, false, decoded));
-        const bool ascii = std::ranges::all_of(
-            line.bytes, [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-        if (!ascii && !line.bytes.starts_with('#') && !line.bytes.starts_with(utf8Mark)) {
-            context_.findings.error("not-ascii", line.place,
-                "the line holds bytes beyond ASCII; in some locales it is lost without a word",
-                "write plain numbers");
-        }
+        const std::string text(decodeLine(bytes, false, decoded));
         if (text.empty() || text.starts_with('#')) {
             return;
         }
@@ -97,6 +88,26 @@ private:
             addConstant(line.place, text);
         } else {
             addRow(line.place, text);
+        }
+    }
+
+    std::string_view withoutMark(const RawLine& line)
+    {
+        if (line.place.line != 1 || !line.bytes.starts_with(utf8Mark)) {
+            return line.bytes;
+        }
+        context_.findings.error("mark-in-data", line.place,
+            "data files have no byte-order mark; it counts as part of the line", "save the file without it");
+        return line.bytes.substr(utf8Mark.size());
+    }
+
+    void checkAscii(const Place& place, std::string_view bytes)
+    {
+        const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
+        if (!bytes.starts_with('#') && !std::ranges::all_of(bytes, isAscii)) {
+            context_.findings.error("not-ascii", place,
+                "the line holds bytes beyond ASCII; in some locales it is lost without a word",
+                "write plain numbers");
         }
     }
 
