@@ -17,7 +17,7 @@ CFilePath makeEntityDir(const std::string& parent, std::string_view prefix, std:
 {
     const qm::CQMDirectory parentDirectory(parent);
     const std::string name = uniqueName(parentDirectory, parent, prefix);
-    auto directory = std::make_shared<const std::string>(parent + "/" + name);
+    auto directory = std::make_shared<const std::string>(joinPath(parent, name));
     qm::CQMFileSystem::MakeDir(*directory, parentDirectory);
     return { std::move(directory), name + "." + std::string(extension) };
 }

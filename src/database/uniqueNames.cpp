@@ -49,17 +49,16 @@ std::string probe(std::string_view path, std::string_view prefix, std::string_vi
 std::string uniqueName(const qm::CQMDirectory& directory, std::string_view path, std::string_view prefix,
     std::string_view extension)
 {
-    const qm::CQMDirectoryListing listing(directory);
-    if (!listing.isComplete()) {
-        return probe(path, prefix, extension);
-    }
+    qm::CQMDirectoryReader reader(directory);
     std::vector<std::size_t> taken;
-    qm::DirectoryEntry entry;
-    for (std::size_t position = 0; listing.next(position, entry);) {
+    for (qm::DirectoryEntry entry; reader.next(entry);) {
         const std::optional<std::size_t> number = numberIn(entry.name, prefix, extension);
         if (number && entry.kind != qm::EntryKind::Missing) {
             taken.push_back(*number);
         }
+    }
+    if (!reader.isComplete()) {
+        return probe(path, prefix, extension);
     }
     // Of n numbers taken, at least one of 1 to n + 1 is free.
     std::vector<bool> isTaken(taken.size() + 2);

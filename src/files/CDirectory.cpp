@@ -1,6 +1,6 @@
 #include "files/CDirectory.h"
 
-#include "qm/CQMTranscoder.h"
+#include "files/CFilePath.h"
 #include "qm/EQMException.h"
 
 namespace {
@@ -11,7 +11,7 @@ constexpr std::size_t maxOpenSiblings = 8;
 } // namespace
 
 CDirectory::CDirectory(const CDirectory& parent, std::string_view name)
-    : path_(std::make_shared<const std::string>(*parent.path_ + "/" + std::string(name)))
+    : path_(std::make_shared<const std::string>(joinPath(*parent.path_, name)))
     , nameAt_(parent.path_->size() + 1)
     , parent_(&parent)
 {
@@ -22,13 +22,14 @@ const qm::CQMDirectoryListing& CDirectory::entries()
     if (entries_) {
         return *entries_;
     }
-    if (qm::CQMTranscoder::TextToAnsi(*path_).empty()) {
+    if (*qm::CNativePath(*path_).c_str() == '\0') {
         throw qm::EQMException(qm::ErrorCode::InvalidArgument);
     }
     const bool endsInSeparator = path_->ends_with('/') || path_->ends_with('\\');
     // Such a path is not taken apart: the directory behind a last backslash is another than is listed.
     const qm::PathBase start = parent_ && !endsInSeparator ? parent_->base() : qm::PathBase();
-    open_.emplace(path_->substr(0, path_->size() - (endsInSeparator ? 1 : 0)), start);
+    const std::string shortened = endsInSeparator ? path_->substr(0, path_->size() - 1) : std::string();
+    open_.emplace(endsInSeparator ? shortened : *path_, start);
     entries_.emplace(*open_);
     if (!staysOpen_ || path_->ends_with('\\')) {
         open_.reset();
@@ -41,7 +42,7 @@ qm::CQMInputFile CDirectory::openFile(const std::string& name) const
     if (open_) {
         return qm::CQMInputFile(name, { open_->descriptor(), 0 });
     }
-    return qm::CQMInputFile(*path_ + "/" + name, base());
+    return qm::CQMInputFile(joinPath(*path_, name), base());
 }
 
 qm::PathBase CDirectory::base() const noexcept

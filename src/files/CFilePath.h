@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 
+/// Directory, "/" and name.
+std::string joinPath(std::string_view directory, std::string_view name);
+
 /// The path of a file of the database: a directory, shared with the other files in it, and a name.
 class CFilePath {
 public:
@@ -14,13 +17,7 @@ public:
     {
     }
 
-    /// Directory, "/" and name.
-    std::string text() const
-    {
-        std::string path;
-        path.reserve(directory_->size() + 1 + name_.size());
-        return path.append(*directory_).append(1, '/').append(name_);
-    }
+    std::string text() const { return joinPath(*directory_, name_); }
 
     /// The directory part of text(). That is not always the directory that the path was made of: a
     /// backslash in the name separates as well.

@@ -55,15 +55,17 @@ bool isBefore(const char* a, const char* b) noexcept
 } // namespace
 
 CKeyMap::CKeyMap(std::string_view packed)
-    : packed_(packed.empty() ? nullptr : std::make_unique_for_overwrite<char[]>(packed.size()))
-    , size_(static_cast<std::uint32_t>(packed.size()))
+    : size_(static_cast<std::uint32_t>(packed.size()))
 {
-    std::copy(packed.begin(), packed.end(), packed_.get());
+    if (packed.size() > small_.size()) {
+        large_ = std::make_unique_for_overwrite<char[]>(packed.size());
+    }
+    std::copy(packed.begin(), packed.end(), large_ ? large_.get() : small_.data());
 }
 
 std::optional<std::string_view> CKeyMap::find(CKey key) const noexcept
 {
-    const char* at = packed_.get();
+    const char* at = data();
     for (const char* const end = at + size_; at != end;) {
         const auto code = static_cast<unsigned char>(*at++);
         const bool found = code == key.code() && (code != otherKey || takeText(at) == key.text());
@@ -84,7 +86,8 @@ bool CKeyMap::hasAll(std::initializer_list<CKey> keys) const noexcept
     for (const CKey& key : keys) {
         missing |= std::uint32_t { 1 } << key.code();
     }
-    for (const char* at = packed_.get(); at != packed_.get() + size_;) {
+    const char* at = data();
+    for (const char* const end = at + size_; at != end;) {
         const auto code = static_cast<unsigned char>(*at++);
         if (code == otherKey) {
             takeText(at);
@@ -107,8 +110,8 @@ void CKeyMap::set(std::string_view key, std::string_view value)
     }
     Builder changed;
     changed.add(key, value);
-    std::string packed(packed_.get(), before);
-    packed.append(changed.packed()).append(packed_.get() + behind, size_ - behind);
+    std::string packed(data(), before);
+    packed.append(changed.packed()).append(data() + behind, size_ - behind);
     *this = CKeyMap(packed);
 }
 
@@ -117,27 +120,27 @@ bool CKeyMap::next(std::size_t& position, Entry& entry) const noexcept
     if (position >= size_) {
         return false;
     }
-    const char* at = packed_.get() + position;
+    const char* at = data() + position;
     entry = takeEntry(at);
-    position = static_cast<std::size_t>(at - packed_.get());
+    position = static_cast<std::size_t>(at - data());
     return true;
 }
 
-void CKeyMap::Builder::makeRoom(std::size_t needed)
+void CKeyMap::Builder::grow(std::size_t needed)
 {
-    const std::size_t room = large_.empty() ? small_.size() : large_.size();
-    if (room - size_ >= needed) {
-        return;
-    }
+    const std::size_t grown = 2 * room() + needed;
     if (large_.empty()) {
         large_.assign(small_.begin(), small_.begin() + static_cast<std::ptrdiff_t>(size_));
     }
-    large_.resize(2 * room + needed);
+    large_.resize(grown);
 }
 
 void CKeyMap::Builder::add(std::string_view key, std::string_view value)
 {
-    makeRoom(1 + 2 * maxLengthBytes + key.size() + value.size());
+    const std::size_t needed = 1 + 2 * maxLengthBytes + key.size() + value.size();
+    if (room() - size_ < needed) {
+        grow(needed);
+    }
     const CKey known(key);
     char* const entry = data() + size_;
     *entry = static_cast<char>(known.code());

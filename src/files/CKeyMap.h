@@ -14,7 +14,8 @@
 ///
 /// A database holds very many small maps, so one map is one block of memory: entry by entry a code
 /// for the key when it is one of the format's own (else the key itself), then the value's length and
-/// the value, all as inner text.
+/// the value, all as inner text. The block of a parameter head, of which there are most, lies in the
+/// object itself.
 class CKeyMap {
 public:
     struct Entry {
@@ -43,7 +44,8 @@ public:
         friend class CKeyMap;
         char* data() noexcept { return large_.empty() ? small_.data() : large_.data(); }
         std::string_view packed() const noexcept { return { const_cast<Builder*>(this)->data(), size_ }; }
-        void makeRoom(std::size_t needed);
+        std::size_t room() const noexcept { return large_.empty() ? small_.size() : large_.size(); }
+        void grow(std::size_t needed);
 
         std::array<char, 512> small_; // nearly every descriptor fits
         std::vector<char> large_;
@@ -54,9 +56,11 @@ public:
 
 private:
     explicit CKeyMap(std::string_view packed);
+    const char* data() const noexcept { return large_ ? large_.get() : small_.data(); }
 
-    std::unique_ptr<char[]> packed_;
     std::uint32_t size_ = 0;
+    std::array<char, 28> small_;
+    std::unique_ptr<char[]> large_; ///< instead of `small_` when that is too small
 
 public:
     CKeyMap() = default;

@@ -1,5 +1,6 @@
 #include "files/CLog.h"
 
+#include "files/CFilePath.h"
 #include "qm/CQMFileSystem.h"
 #include "qm/CQMOutputFile.h"
 #include "qm/CQMTranscoder.h"
@@ -33,5 +34,5 @@ void CLog::deleteLogFile() const
 
 std::string CLog::getLogFileName() const
 {
-    return logDir_.empty() ? std::string(s_logFileName) : logDir_ + "/" + std::string(s_logFileName);
+    return logDir_.empty() ? std::string(s_logFileName) : joinPath(logDir_, s_logFileName);
 }

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <numeric>
+#include <utility>
 #include <vector>
 
 /// Objects by ID, in ascending order of ID and in one block: a database holds very many small maps that
@@ -31,20 +33,21 @@ public:
     /// Brings the objects in order. Of objects with one ID the one loaded last stands.
     void finishLoading()
     {
-        if (!std::ranges::is_sorted(entries_, std::ranges::less_equal {}, &Entry::id)) {
-            std::ranges::stable_sort(entries_, {}, &Entry::id);
+        if (entries_.size() == entries_.capacity() && isAscending()) {
+            return;
         }
-        std::size_t kept = 0;
-        for (std::size_t i = 0; i < entries_.size(); ++i) {
-            const bool replaced = i + 1 < entries_.size() && entries_[i + 1].id == entries_[i].id;
-            if (!replaced && kept++ != i) {
-                entries_[kept - 1] = std::move(entries_[i]);
+        std::vector<std::size_t> order(entries_.size());
+        std::iota(order.begin(), order.end(), std::size_t { 0 });
+        std::ranges::sort(order, {}, [this](std::size_t i) { return std::pair(entries_[i].id, i); });
+        std::vector<Entry> sorted;
+        sorted.reserve(entries_.size());
+        for (const std::size_t i : order) {
+            if (!sorted.empty() && sorted.back().id == entries_[i].id) {
+                sorted.pop_back();
             }
+            sorted.push_back(std::move(entries_[i]));
         }
-        entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(kept), entries_.end());
-        if (entries_.size() < entries_.capacity()) {
-            entries_.shrink_to_fit();
-        }
+        entries_ = std::move(sorted);
     }
 
     /// The object with this ID; null when there is none.
@@ -98,5 +101,10 @@ public:
     }
 
 private:
+    bool isAscending() const
+    {
+        return std::ranges::is_sorted(entries_, std::ranges::less_equal {}, &Entry::id);
+    }
+
     std::vector<Entry> entries_;
 };

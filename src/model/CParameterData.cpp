@@ -83,5 +83,5 @@ int CParameterData::setData(const IDbData& value, const qm::CQMDirectory& direct
 
 std::string CParameterData::dataFilePath() const
 {
-    return *path.directoryPart() + "/" + std::string(getDataFileName());
+    return joinPath(*path.directoryPart(), getDataFileName());
 }

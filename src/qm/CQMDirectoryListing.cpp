@@ -2,9 +2,7 @@
 
 #include "qm/CQMTranscoder.h"
 
-#include <array>
-#include <cstring>
-#include <dirent.h>
+#include <algorithm>
 #include <sys/stat.h>
 
 namespace qm {
@@ -38,8 +36,9 @@ EntryKind kindOf(int directory, const dirent64& entry)
 
 bool hasExtension(std::string_view name, std::string_view extension)
 {
-    return name.size() > extension.size() && name.ends_with(extension)
-        && name[name.size() - extension.size() - 1] == '.';
+    return name.size() > extension.size() && name[name.size() - extension.size() - 1] == '.'
+        && std::equal(
+            extension.rbegin(), extension.rend(), name.rbegin()); // few characters, mostly another last
 }
 
 bool isSelfOrParent(std::string_view name)
@@ -49,38 +48,51 @@ bool isSelfOrParent(std::string_view name)
 
 } // namespace
 
-CQMDirectoryListing::CQMDirectoryListing(const CQMDirectory& directory)
+CQMDirectoryReader::CQMDirectoryReader(const CQMDirectory& directory)
+    : directory_(directory.descriptor())
+    , ansiIsAscii_(CQMTranscoder::IsAnsiAscii())
 {
-    if (!directory.isOpen()) {
-        return;
-    }
-    const bool ansiIsAscii = CQMTranscoder::IsAnsiAscii();
-    packed_.reserve(1000);
-    // The plain call instead of opendir, which asks for the directory's status every time.
-    alignas(dirent64) std::array<char, 32 * 1024> buffer;
-    ssize_t size = 0;
-    while ((size = ::getdents64(directory.descriptor(), buffer.data(), buffer.size())) > 0) {
-        for (ssize_t at = 0; at < size;) {
-            const auto& entry = *reinterpret_cast<const dirent64*>(buffer.data() + at);
-            at += entry.d_reclen;
-            const std::string_view name = entry.d_name;
-            if (isSelfOrParent(name)) {
-                continue;
-            }
-            const bool same = ansiIsAscii && text::isPlain(name);
-            append(kindOf(directory.descriptor(), entry), same ? name : CQMTranscoder::AnsiToText(name));
-        }
-    }
-    complete_ = size == 0;
-    packed_.shrink_to_fit();
 }
 
-void CQMDirectoryListing::append(EntryKind kind, std::string_view name)
+bool CQMDirectoryReader::next(DirectoryEntry& entry)
 {
-    packed_ += static_cast<char>(kind);
-    packed_ += static_cast<char>(name.size() & 0xFF);
-    packed_ += static_cast<char>(name.size() >> 8);
-    packed_ += name;
+    for (;;) {
+        if (at_ == end_) {
+            // The plain call instead of opendir, which asks for the directory's status every time.
+            const ssize_t size = ::getdents64(directory_, buffer_.data(), buffer_.size());
+            if (size <= 0) {
+                complete_ = size == 0;
+                return false;
+            }
+            at_ = 0;
+            end_ = static_cast<std::size_t>(size);
+        }
+        const auto& read = *reinterpret_cast<const dirent64*>(buffer_.data() + at_);
+        at_ += read.d_reclen;
+        entry.name = read.d_name;
+        if (isSelfOrParent(entry.name)) {
+            continue;
+        }
+        entry.kind = kindOf(directory_, read);
+        if (!ansiIsAscii_ || !text::isPlain(entry.name)) {
+            converted_ = CQMTranscoder::AnsiToText(entry.name);
+            entry.name = converted_;
+        }
+        return true;
+    }
+}
+
+CQMDirectoryListing::CQMDirectoryListing(const CQMDirectory& directory)
+{
+    packed_.reserve(1000);
+    CQMDirectoryReader reader(directory);
+    for (DirectoryEntry entry; reader.next(entry);) {
+        const std::size_t length = entry.name.size();
+        const std::array head { static_cast<char>(entry.kind), static_cast<char>(length & 0xFF),
+            static_cast<char>(length >> 8) };
+        packed_.append(head.data(), head.size()).append(entry.name);
+    }
+    packed_.shrink_to_fit();
 }
 
 bool CQMDirectoryListing::next(std::size_t& position, DirectoryEntry& entry) const noexcept

@@ -2,6 +2,8 @@
 
 #include "qm/CQMDirectory.h"
 
+#include <array>
+#include <dirent.h>
 #include <string>
 #include <string_view>
 
@@ -20,24 +22,40 @@ struct DirectoryEntry {
     EntryKind kind = EntryKind::Missing;
 };
 
-/// The entries of one directory, read at once in the system's order, without "." and "..".
+/// Reads the entries of a directory in the system's order, without "." and "..".
+class CQMDirectoryReader {
+public:
+    /// A directory that could not be opened has no entries. It can be read once.
+    explicit CQMDirectoryReader(const CQMDirectory& directory);
+
+    /// Delivers the next entry, valid until the next call; false at the end.
+    bool next(DirectoryEntry& entry);
+
+    /// Once next() has returned false: whether that was the end of the directory and not a failure.
+    bool isComplete() const noexcept { return complete_; }
+
+private:
+    int directory_;
+    bool ansiIsAscii_;
+    bool complete_ = false;
+    std::string converted_;
+    std::size_t at_ = 0;
+    std::size_t end_ = 0;
+    alignas(dirent64) std::array<char, 32 * 1024> buffer_;
+};
+
+/// The entries of one directory, all read at once.
 class CQMDirectoryListing {
 public:
     /// A directory that could not be opened has no entries. It can be listed once.
     explicit CQMDirectoryListing(const CQMDirectory& directory);
 
-    /// False when the directory could not be opened or read to its end.
-    bool isComplete() const noexcept { return complete_; }
-
     /// Delivers the entry at `position`, 0 at first, and moves on; false at the end.
     bool next(std::size_t& position, DirectoryEntry& entry) const noexcept;
 
 private:
-    void append(EntryKind kind, std::string_view name);
-
     /// One entry after the other: its kind, the length of its name in two bytes, its name.
     std::string packed_;
-    bool complete_ = false;
 };
 
 /// Steps through the entries of a listing that are files, or that are directories, and match a mask.
