@@ -32,6 +32,7 @@ void CDbFile::read(qm::CQMInputFile file, bool regularFile)
     CLineReader lines(file, regularFile);
     CKeyMap::Builder entries;
     std::string decoded;
+    bool plain = false; // from the first line to the end, as most files are
     for (bool first = true; status == QMDB_E_READ; first = false) {
         std::string_view bytes;
         const CLineReader::Result result = lines.next(bytes);
@@ -39,11 +40,13 @@ void CDbFile::read(qm::CQMInputFile file, bool regularFile)
             log_->error("Cannot read from  file: ", path.text());
             break;
         }
-        if (first && bytes.starts_with(utf8Mark)) {
-            utf8 = true;
-            bytes.remove_prefix(utf8Mark.size());
+        if (first) {
+            utf8 = bytes.starts_with(utf8Mark);
+            bytes.remove_prefix(utf8 ? utf8Mark.size() : 0);
+            plain = qm::text::isPlain(bytes) && lines.isRestPlain()
+                && (utf8 || qm::CQMTranscoder::IsAnsiAscii());
         }
-        const std::string_view line = decodeLine(bytes, utf8, decoded);
+        const std::string_view line = plain ? withoutCr(bytes) : decodeLine(bytes, utf8, decoded);
         const std::size_t sign = line.find('=');
         if (sign != std::string_view::npos) {
             entries.add(line.substr(0, sign), line.substr(sign + 1));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qm/CQMInputFile.h"
+#include "qm/text.h"
 
 #include <array>
 #include <string_view>
@@ -29,6 +30,12 @@ public:
 
     /// True when the line was ended by the file, not by an LF: there is none after it.
     bool hitEnd() const noexcept { return hitEnd_; }
+
+    /// True when the rest of the file has been read, and is plain ASCII without a NUL.
+    bool isRestPlain() const noexcept
+    {
+        return ended_ && qm::text::isPlain({ buffer_.data() + begin_, end_ - begin_ });
+    }
 
     /// Most lines that are still to come; an estimate to size arrays by.
     std::size_t linesAhead() noexcept;

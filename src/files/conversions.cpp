@@ -5,7 +5,6 @@
 #include "qm/text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <cwchar>
 
@@ -26,14 +25,17 @@ long wstr2long(std::string_view text)
 {
     // Digits alone, few enough not to overflow, mean the same to every locale's "%ld".
     constexpr std::size_t safeDigits = 18;
-    const std::size_t sign = text.starts_with('-') ? 1 : 0;
-    if (text.size() > sign && text.size() <= sign + safeDigits
-        && std::all_of(text.begin() + static_cast<std::ptrdiff_t>(sign), text.end(), isDigit)) {
-        long value = 0;
-        std::from_chars(text.data(), text.data() + text.size(), value);
-        return value;
-    }
+    const bool negative = text.starts_with('-');
+    const std::string_view digits = text.substr(negative ? 1 : 0);
     long value = 0;
+    std::size_t count = 0;
+    for (; count < digits.size() && count < safeDigits && isDigit(digits[count]); ++count) {
+        value = value * 10 + (digits[count] - '0');
+    }
+    if (count > 0 && count == digits.size()) {
+        return negative ? -value : value;
+    }
+    value = 0;
     return std::swscanf(qm::text::toWide(text).c_str(), L"%ld", &value) == 1 ? value : 0;
 }
 

@@ -22,13 +22,9 @@ std::string decode(std::string_view bytes, bool utf8)
 
 std::string_view decodeLine(std::string_view bytes, bool utf8, std::string& decoded)
 {
-    std::string_view line = bytes;
-    if (!qm::text::isPlain(bytes) || !(utf8 || qm::CQMTranscoder::IsAnsiAscii())) {
-        decoded = decode(bytes.substr(0, bytes.find('\0')), utf8);
-        line = decoded;
+    if (qm::text::isPlain(bytes) && (utf8 || qm::CQMTranscoder::IsAnsiAscii())) {
+        return withoutCr(bytes);
     }
-    if (line.ends_with('\r')) {
-        line.remove_suffix(1);
-    }
-    return line;
+    decoded = decode(bytes.substr(0, bytes.find('\0')), utf8);
+    return withoutCr(decoded);
 }

@@ -28,7 +28,7 @@ public:
     void beginLoading(std::size_t count) { entries_.reserve(count); }
 
     /// Takes objects in any order; they can be found once finishLoading() has been called.
-    void load(long id, Object object) { entries_.push_back({ id, std::move(object) }); }
+    void load(long id, Object&& object) { entries_.push_back({ id, std::move(object) }); }
 
     /// Brings the objects in order. Of objects with one ID the one loaded last stands.
     void finishLoading()

@@ -14,6 +14,22 @@ namespace {
 constexpr char32_t firstBeyondUnicode = 0x110000;
 constexpr auto conversionFailed = static_cast<std::size_t>(-1);
 
+/// Takes the first code point off bytes that are not empty. Overlong forms pass.
+char32_t takeUTF8(std::string_view& bytes)
+{
+    const auto lead = static_cast<unsigned char>(bytes.front());
+    const auto length = static_cast<std::size_t>(std::countl_one(lead));
+    if (length == 1 || length > 4 || length > bytes.size()) {
+        throw EQMException(ErrorCode::NotConvertible);
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((static_cast<unsigned char>(bytes[i]) & 0xC0) != 0x80) {
+            throw EQMException(ErrorCode::NotConvertible);
+        }
+    }
+    return text::takeFirst(bytes);
+}
+
 } // namespace
 
 std::string CQMTranscoder::WideToUTF8(std::wstring_view wide)
@@ -35,17 +51,7 @@ std::wstring CQMTranscoder::UTF8ToWide(std::string_view bytes)
     std::wstring wide;
     wide.reserve(bytes.size());
     while (!bytes.empty()) {
-        const auto lead = static_cast<unsigned char>(bytes.front());
-        const auto length = static_cast<std::size_t>(std::countl_one(lead));
-        if (length == 1 || length > 4 || length > bytes.size()) {
-            throw EQMException(ErrorCode::NotConvertible);
-        }
-        for (std::size_t i = 1; i < length; ++i) {
-            if ((static_cast<unsigned char>(bytes[i]) & 0xC0) != 0x80) {
-                throw EQMException(ErrorCode::NotConvertible);
-            }
-        }
-        wide += static_cast<wchar_t>(text::takeFirst(bytes));
+        wide += static_cast<wchar_t>(takeUTF8(bytes));
     }
     return wide;
 }
@@ -81,7 +87,15 @@ std::string CQMTranscoder::TextToUTF8(std::string_view text)
 
 std::string CQMTranscoder::UTF8ToText(std::string_view bytes)
 {
-    return text::isPlain(bytes) ? std::string(bytes) : text::fromWide(UTF8ToWide(bytes));
+    if (text::isPlain(bytes)) {
+        return std::string(bytes);
+    }
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        text::append(text, takeUTF8(bytes));
+    }
+    return text;
 }
 
 std::string CQMTranscoder::TextToAnsi(std::string_view text)
