@@ -5,6 +5,8 @@
 #include "qm/text.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cwchar>
 
@@ -65,6 +67,12 @@ std::string long2wstr(unsigned long value)
 std::string double2wstr(double value)
 {
     char buffer[numberBufferSize];
+    if (std::isfinite(value) && plainNumbersAllowed()) {
+        constexpr int defaultPrecision = 6;
+        const auto result = std::to_chars(
+            buffer, buffer + numberBufferSize, value, std::chars_format::general, defaultPrecision);
+        return { buffer, result.ptr };
+    }
     std::snprintf(buffer, numberBufferSize, "%lg", value);
     return qm::CQMTranscoder::AnsiToText(buffer); // the locale's point may be any character
 }

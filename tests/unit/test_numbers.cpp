@@ -213,8 +213,24 @@ TEST(Numbers, written)
     EXPECT_EQ(conversions::double2wstr(0.1), "0.1");
     EXPECT_EQ(conversions::double2wstr(-0.0), "-0");
     EXPECT_EQ(conversions::double2wstr(-1.7976931348623157e308), "-1.79769e+308");
+    EXPECT_EQ(conversions::double2wstr(-INFINITY), "-inf");
     EXPECT_EQ(conversions::long2wstr(0), "0");
     EXPECT_EQ(conversions::long2wstr(static_cast<unsigned long>(-1L)), "18446744073709551615");
+}
+
+TEST(Numbers, writtenAsTheScansCounterpartWritesThem)
+{
+    std::mt19937_64 random(21);
+    for (long left = wantedTexts(); left > 0; --left) {
+        const std::uint64_t bits = random();
+        // Any double, or one in the middle between two texts of six digits.
+        const double middle
+            = std::ldexp(static_cast<double>(bits % 20000000 | 1) / 2, -static_cast<int>(bits >> 60));
+        const double number = left % 2 ? std::bit_cast<double>(bits) : middle;
+        char expected[100];
+        std::snprintf(expected, sizeof expected, "%lg", number);
+        ASSERT_EQ(conversions::double2wstr(number), expected) << numberText(number);
+    }
 }
 
 } // namespace
