@@ -4,7 +4,6 @@
 #include "qm/CQMDirectoryListing.h"
 #include "qm/CQMFileSystem.h"
 
-#include <charconv>
 #include <optional>
 #include <vector>
 
@@ -20,10 +19,17 @@ std::optional<std::size_t> numberIn(
     }
     name.remove_prefix(prefix.size());
     name.remove_suffix(extension.size());
-    std::size_t number = 0;
-    const auto result = std::from_chars(name.data(), name.data() + name.size(), number);
-    if (result.ec != std::errc() || result.ptr != name.data() + name.size() || name.front() == '0') {
+    // Numbers that do not fit are never the first that is free.
+    constexpr std::size_t maxDigits = 18;
+    if (name.front() == '0' || name.size() > maxDigits) {
         return std::nullopt;
+    }
+    std::size_t number = 0;
+    for (const char c : name) {
+        if (c < '0' || c > '9') {
+            return std::nullopt;
+        }
+        number = number * 10 + static_cast<std::size_t>(c - '0');
     }
     return number;
 }
