@@ -29,15 +29,17 @@ CLineReader::Result CLineReader::next(std::string_view& line) noexcept
     }
 }
 
-std::size_t CLineReader::linesAhead() noexcept
+std::size_t CLineReader::linesAhead(std::size_t minLength) noexcept
 {
-    while (!ended_ && end_ < buffer_.size()) {
+    while (!ended_ && end_ - begin_ < buffer_.size()) {
         if (!fill()) {
             return 0; // next() meets the failure again and reports it
         }
     }
-    return qm::countLineEnds({ buffer_.data() + begin_, end_ - begin_ }) + 1
-        + (ended_ ? 0 : file_.countLineEndsAhead());
+    const std::string_view ahead(buffer_.data() + begin_, end_ - begin_);
+    const qm::RestOfFile rest = ended_ ? qm::RestOfFile() : file_.measureRest();
+    const std::size_t lines = qm::countLineEnds(ahead) + rest.lineEnds + 1;
+    return std::min(lines, (ahead.size() + rest.bytes) / (minLength + 1) + 1);
 }
 
 /// Reads on, behind what is left of the buffer; false when that fails.

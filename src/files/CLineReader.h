@@ -37,8 +37,9 @@ public:
         return ended_ && qm::text::isPlain({ buffer_.data() + begin_, end_ - begin_ });
     }
 
-    /// Most lines that are still to come; an estimate to size arrays by.
-    std::size_t linesAhead() noexcept;
+    /// Most lines of so many bytes or more that are still to come; an estimate to size arrays by. The line
+    /// that was delivered last is not valid any more.
+    std::size_t linesAhead(std::size_t minLength) noexcept;
 
 private:
     bool fill() noexcept;

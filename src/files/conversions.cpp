@@ -66,15 +66,16 @@ std::string long2wstr(unsigned long value)
 
 std::string double2wstr(double value)
 {
-    char buffer[numberBufferSize];
     if (std::isfinite(value) && plainNumbersAllowed()) {
         constexpr int defaultPrecision = 6;
+        char buffer[numberBufferSize];
         const auto result = std::to_chars(
             buffer, buffer + numberBufferSize, value, std::chars_format::general, defaultPrecision);
         return { buffer, result.ptr };
     }
-    std::snprintf(buffer, numberBufferSize, "%lg", value);
-    return qm::CQMTranscoder::AnsiToText(buffer); // the locale's point may be any character
+    wchar_t buffer[numberBufferSize]; // the locale's point may be any character
+    const int length = std::swprintf(buffer, numberBufferSize, L"%lg", value);
+    return qm::text::fromWide({ buffer, static_cast<std::size_t>(std::max(length, 0)) });
 }
 
 void copyWStringToWtchar(std::string_view text, std::span<wchar_t> destination) noexcept

@@ -67,7 +67,7 @@ public:
         return find(id) ? QMDB_OK : QMDB_E_NOT_FOUND;
     }
 
-    /// Saves a new object, whose ID is not in use, and takes it in.
+    /// Saves a new object and takes it in, in the place of one with its ID.
     int saveAndInsert(Object object, const qm::CQMDirectory& directory)
     {
         // Room is made first, so that what stands on the disk also stands in the map.
@@ -78,7 +78,11 @@ public:
         const int code = object.saveFile(directory);
         if (code == QMDB_OK) {
             const auto at = std::ranges::lower_bound(entries_, id, {}, &Entry::id);
-            entries_.insert(at, { id, std::move(object) });
+            if (at != entries_.end() && at->id == id) {
+                at->object = std::move(object);
+            } else {
+                entries_.insert(at, { id, std::move(object) });
+            }
         }
         return code;
     }

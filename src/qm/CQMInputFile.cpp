@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <numeric>
+#include <sys/stat.h>
 
 namespace qm {
 
@@ -43,15 +44,25 @@ ssize_t CQMInputFile::read(char* to, std::size_t size) noexcept
     return count;
 }
 
-std::size_t CQMInputFile::countLineEndsAhead() const
+RestOfFile CQMInputFile::measureRest() const
 {
-    std::array<char, 32 * 1024> piece;
-    std::size_t lineEnds = 0;
-    off_t at = offset_;
-    for (ssize_t count = 0; (count = ::pread(file_.get(), piece.data(), piece.size(), at)) > 0; at += count) {
-        lineEnds += countLineEnds({ piece.data(), static_cast<std::size_t>(count) });
+    struct stat status { };
+    if (::fstat(file_.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return {};
     }
-    return lineEnds;
+    RestOfFile rest;
+    std::array<char, 32 * 1024> piece;
+    for (off_t at = offset_; at < status.st_size;) {
+        const ssize_t count = ::pread(file_.get(), piece.data(), piece.size(), at);
+        if (count <= 0) {
+            break;
+        }
+        const auto size = static_cast<std::size_t>(count);
+        rest.bytes += size;
+        rest.lineEnds += countLineEnds({ piece.data(), size });
+        at += count;
+    }
+    return rest;
 }
 
 } // namespace qm

@@ -12,6 +12,12 @@ namespace qm {
 
 std::size_t countLineEnds(std::string_view bytes) noexcept;
 
+/// What of a file is still to be read.
+struct RestOfFile {
+    std::size_t bytes = 0;
+    std::size_t lineEnds = 0;
+};
+
 /// A file open for reading.
 ///
 /// It is opened without waiting, so that a FIFO among the files cannot hang the host.
@@ -25,8 +31,9 @@ public:
     /// Reads up to `size` bytes: their number, 0 at the end of the file, -1 when reading fails.
     ssize_t read(char* to, std::size_t size) noexcept;
 
-    /// Counts the line ends that are still to be read without moving on; 0 when that cannot be told.
-    std::size_t countLineEndsAhead() const;
+    /// Measures what is still to be read without moving on; nothing when that cannot be told, as of a
+    /// device, which may have no end.
+    RestOfFile measureRest() const;
 
 private:
     FileHandle file_;

@@ -36,8 +36,9 @@ public:
 
     bool hitEnd() const noexcept { return lines_.hitEnd(); }
 
-    /// Most lines that are still to come; an estimate to size arrays by.
-    std::size_t linesAhead() noexcept { return lines_.linesAhead(); }
+    /// Most lines of so many bytes or more that are still to come; an estimate to size arrays by. Ends the
+    /// current line.
+    std::size_t linesAhead(std::size_t minLength) noexcept { return lines_.linesAhead(minLength); }
 
     const std::string& path() const noexcept { return path_; }
 

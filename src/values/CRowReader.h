@@ -21,11 +21,6 @@ constexpr bool tellsFaultsAtOnce = std::same_as<Row, TABLEROW>;
 template <class Row>
 class CRowReader {
 public:
-    explicit CRowReader(std::size_t room)
-        : rows_(room)
-    {
-    }
-
     /// Takes the file's current line, whose numbers are `plain` when they have been read already.
     void take(CDataFile& file, const Row* plain)
     {
@@ -46,6 +41,9 @@ public:
         }
         rows_.push(row);
     }
+
+    /// Rows that are expected beside those taken.
+    void expect(std::size_t rows) { rows_.expect(rows); }
 
     bool failed() const noexcept { return code_ != QMDB_OK; }
     /// Lines taken, those from the fault on included.

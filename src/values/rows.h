@@ -26,12 +26,8 @@ inline std::span<double, 4> numbersOf(TABLEROWVECT& row)
 template <class Row>
 class CRowArray {
 public:
-    /// `room`: rows to expect. When they are as many, the array is never copied.
-    explicit CRowArray(std::size_t room)
-        : rows_(room > 0 ? std::make_unique_for_overwrite<Row[]>(room) : nullptr)
-        , room_(room)
-    {
-    }
+    /// Makes room for so many rows more. When they are as many, the array is not copied again.
+    void expect(std::size_t rows) { resize(size_ + rows); }
 
     std::size_t size() const noexcept { return size_; }
     const Row& back() const noexcept { return rows_[size_ - 1]; }
@@ -63,7 +59,7 @@ private:
     }
 
     std::unique_ptr<Row[]> rows_;
-    std::size_t room_;
+    std::size_t room_ = 0;
     std::size_t size_ = 0;
 };
 

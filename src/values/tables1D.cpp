@@ -13,12 +13,13 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
     if (const int code = file.checkOpen(); code != QMDB_OK) {
         return code;
     }
-    CRowReader<Row> rows(file.linesAhead());
+    CRowReader<Row> rows;
     do {
         if (const int code = file.next(); code != QMDB_OK) {
             return code;
         }
         Row row;
+        const bool isFirst = rows.count() == 0;
         if (file.readPlainNumbers(numbersOf(row))) {
             rows.take(file, &row);
         } else if (!file.isSkipped()) {
@@ -26,6 +27,11 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
         }
         if (tellsFaultsAtOnce<Row> && rows.failed()) {
             return rows.tellFault(log);
+        }
+        if (isFirst && rows.count() == 1 && !rows.failed() && !file.hitEnd()) {
+            // Only now, because a file that begins with something else may have no end.
+            constexpr std::size_t digitAndBlank = 2;
+            rows.expect(file.linesAhead(digitAndBlank * numbersOf(row).size() - 1));
         }
     } while (!file.hitEnd());
     log.info(rows.count(), " data lines loaded");

@@ -79,6 +79,9 @@ private:
             log_.error("Bad table format [0]: ", file_.text(), " (", file_.path(), ")");
             return QMDB_E_FORMAT;
         }
+        if (rows_.count() == 0) {
+            rows_.expect(expectedRows_);
+        }
         rows_.take(file_, plain);
         return tellsFaultsAtOnce<Row> && rows_.failed() ? rows_.tellFault(log_) : QMDB_OK;
     }
@@ -110,14 +113,15 @@ private:
             return rows_.tellFault(log_);
         }
         subtables_.push_back({ firstArg_, static_cast<long>(count), rows_.takeRows() });
-        // Subtables of one file are mostly of one length.
-        rows_ = CRowReader<Row>(count);
+        rows_ = {};
+        expectedRows_ = count; // subtables of one file are mostly of one length
         return QMDB_OK;
     }
 
     const CLog& log_;
     CDataFile file_;
-    CRowReader<Row> rows_ { 0 };
+    CRowReader<Row> rows_;
+    std::size_t expectedRows_ = 1;
     std::vector<CSubtable> subtables_;
     double firstArg_ = 0;
     bool hasFirstArg_ = false;

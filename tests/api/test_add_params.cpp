@@ -120,6 +120,23 @@ TEST(AddParams, toASubstanceAndToAPhase)
     EXPECT_EQ(listing(OpenDatabase(tree).id), listed);
 }
 
+// A negative ID is written unsigned, and read as the highest ID there is.
+TEST(AddParams, headsThatComeToOneIdReplaceEachOther)
+{
+    const TempDatabase tree(base
+        + Tree { { "n.prd",
+            "ID=-4\nName=Below\nUnits=\nAvForPhases=\nDataTypes=C\nBinary=\nScalar=1\nVector=\n" } });
+    const OpenDatabase db(tree);
+    IDbDataConst value;
+    for (const double number : { 1, 2 }) {
+        value.value = number;
+        EXPECT_EQ(addParam(db.id, { 4 }, { -4 }, &value), QMDB_OK);
+    }
+    const char* const listed = "  param 9223372036854775807 type 1 scalar '' '' = 2\n";
+    EXPECT_NE(listing(db.id).find(listed), std::string::npos) << listing(db.id);
+    EXPECT_EQ(listing(db.id).find("= 1\n"), std::string::npos);
+}
+
 // A table of one kind; `count` may lie about the rows.
 template <class Table, class Row>
 std::unique_ptr<IDbData> tableOf(std::vector<Row> rows, long count)

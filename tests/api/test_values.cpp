@@ -240,6 +240,8 @@ TEST(Values, headsAndFiles)
             "ERROR: Cannot read parameter data file: $/I/P\n" },
         { "unreadable", "Vector=0\nType=2\nData=v", { { "I/v", "/proc/self/mem", Kind::link } }, "error -7",
             "ERROR: Cannot read parameter data file: $/I/v\n" },
+        { "withoutEnd", "Vector=1\nType=2\nData=v", { { "I/v", "/dev/zero", Kind::link } }, "error -7",
+            "ERROR: Cannot read parameter data file: $/I/v\n" },
         { "danglingLink", "Vector=0\nType=1\nData=v", { { "I/v", "nowhere", Kind::link } }, "error -3",
             "ERROR: Parameter data file doesn't exists: $/I/v\n" },
         { "cannotBeOpened", "Vector=0\nType=1\nData=v", { { "I/v", "", Kind::socket } }, "error -6",
