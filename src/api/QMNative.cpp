@@ -4,6 +4,8 @@
 #include "qm/CQMCriticalSection.h"
 #include "qm/text.h"
 
+#include <cstring>
+
 namespace {
 
 /// Made and destroyed with the library. Callers serialise their calls, so nothing enters it.
@@ -14,6 +16,20 @@ constexpr long none = -1;
 std::string argumentText(const wchar_t* text)
 {
     return text ? qm::text::fromWide(text) : std::string();
+}
+
+/// A byte from another language may be more than 0 and 1, which a bool must not be: every other one is true.
+bool isTrue(const bool& flag)
+{
+    unsigned char byte = 0;
+    std::memcpy(&byte, &flag, sizeof byte);
+    return byte != 0;
+}
+
+PARAMETER withValidFlag(PARAMETER param)
+{
+    param.vector = isTrue(param.vector);
+    return param;
 }
 
 template <class Record>
@@ -39,8 +55,9 @@ int qmdbOpen(
         const std::string pathText = argumentText(path);
         const std::string logDirText = argumentText(logDir);
         const std::string& usedLogDir = logDirText.empty() ? pathText : logDirText;
-        return guarded(CLog(usedLogDir, logInfo), [&] {
-            return dbEngine.openDatabase(pathText, argumentText(language), usedLogDir, logInfo, *databaseId);
+        const bool withInfo = isTrue(logInfo);
+        return guarded(CLog(usedLogDir, withInfo), [&] {
+            return dbEngine.openDatabase(pathText, argumentText(language), usedLogDir, withInfo, *databaseId);
         });
     } catch (const std::exception&) {
         return QMDB_E_INTERNAL; // no memory for the arguments
@@ -134,7 +151,10 @@ int qmdbAddPhaseChange(long databaseId, long matterId, const PHASECHANGE* change
 int qmdbAddMatterParam(long databaseId, long matterId, const PARAMETER* param, const IDbData* value)
 {
     return onDatabase(
-        databaseId, [&](CDatabase& database) { return database.addMatterParameter(matterId, *param, value); },
+        databaseId,
+        [&](CDatabase& database) {
+            return database.addMatterParameter(matterId, withValidFlag(*param), value);
+        },
         param);
 }
 
@@ -143,7 +163,9 @@ int qmdbAddPhaseParam(
 {
     return onDatabase(
         databaseId,
-        [&](CDatabase& database) { return database.addPhaseParameter(matterId, phaseId, *param, value); },
+        [&](CDatabase& database) {
+            return database.addPhaseParameter(matterId, phaseId, withValidFlag(*param), value);
+        },
         param);
 }
 

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <memory>
 
 namespace {
@@ -86,6 +87,24 @@ TEST(AddParams, orderOfChecks)
     const OpenDatabase empty(none);
     EXPECT_EQ(addParam(empty.id, { 4 }, { 99 }, nullptr), QMDB_E_EMPTY);
     EXPECT_EQ(addParam(empty.id, { 4, 2 }, { 99 }, nullptr), QMDB_E_EMPTY);
+}
+
+TEST(AddParams, everyByteButZeroIsAVectorFlag)
+{
+    const TempDatabase tree(base);
+    const OpenDatabase db(tree);
+    PARAMETER record {};
+    record.id = 1;
+    record.type = PARAM_TYPE_CONSTANT;
+    constexpr unsigned char fromAnotherLanguage = 2;
+    std::memcpy(&record.vector, &fromAnotherLanguage, sizeof fromAnotherLanguage);
+    const IDbDataConstVector value;
+    EXPECT_EQ(qmdbAddMatterParam(db.id, 4, &record, &value), QMDB_OK);
+    record.id = 10;
+    EXPECT_EQ(qmdbAddPhaseParam(db.id, 4, 2, &record, &value), QMDB_E_VECTOR_NOT_ALLOWED);
+    EXPECT_EQ(tree.log(), std::string(badForm) + "10Vector=1\n");
+    EXPECT_EQ(tree.changes(),
+        "== W/Property1.dat\n0 0 0\n== W/Property1.prh\n<mark>Data=Property1.dat\nID=1\nType=1\nVector=1\n");
 }
 
 TEST(AddParams, toASubstanceAndToAPhase)
