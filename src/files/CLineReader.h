@@ -50,5 +50,5 @@ private:
     bool hitEnd_ = false;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
-    std::array<char, 32 * 1024> buffer_;
+    std::array<char, 32768> buffer_;
 };

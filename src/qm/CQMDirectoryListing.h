@@ -41,7 +41,7 @@ private:
     std::string converted_;
     std::size_t at_ = 0;
     std::size_t end_ = 0;
-    alignas(dirent64) std::array<char, 32 * 1024> buffer_;
+    alignas(dirent64) std::array<char, 32768> buffer_;
 };
 
 /// The entries of one directory, all read at once.

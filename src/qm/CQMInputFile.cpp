@@ -51,7 +51,7 @@ RestOfFile CQMInputFile::measureRest() const
         return {};
     }
     RestOfFile rest;
-    std::array<char, 32 * 1024> piece;
+    std::array<char, 32768> piece;
     for (off_t at = offset_; at < status.st_size;) {
         const ssize_t count = ::pread(file_.get(), piece.data(), piece.size(), at);
         if (count <= 0) {
