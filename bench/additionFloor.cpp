@@ -36,7 +36,7 @@ void flushDirectory(const std::string& path)
 void list(const std::string& path)
 {
     const qm::FileHandle directory = openDirectory(path);
-    alignas(dirent64) std::array<char, 32 * 1024> listing;
+    alignas(dirent64) std::array<char, 32768> listing;
     while (::getdents64(directory.get(), listing.data(), listing.size()) > 0) { }
 }
 

@@ -28,7 +28,7 @@ public:
         totals_.nameBytes += static_cast<long>(std::string_view(name).size()) + 1;
         const qm::FileHandle handle(opened(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         std::vector<std::string> below;
-        alignas(dirent64) std::array<char, 32 * 1024> listing;
+        alignas(dirent64) std::array<char, 32768> listing;
         ssize_t size = 0;
         while ((size = ::getdents64(handle.get(), listing.data(), listing.size())) > 0) {
             for (ssize_t at = 0; at < size;) {

@@ -103,7 +103,7 @@ typedef struct PHASECHANGE {
 typedef struct PARAMETER {
     long id; /**< parameter ID, which is the ID of its database-wide description */
     PARAM_TYPE type; /**< type of the stored value */
-    bool vector; /**< the value is a vector of three components */
+    bool vector; /**< the value is a vector of three components; any byte but 0 passed in counts as true */
     wchar_t name[50]; /**< name from the description; empty when nothing describes the ID */
     wchar_t units[10]; /**< units of measure of the value, from the description */
 } PARAMETER;

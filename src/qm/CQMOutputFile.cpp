@@ -12,7 +12,7 @@ namespace qm {
 namespace {
 
 constexpr mode_t newFileMode = 0666; // before the umask
-constexpr std::size_t pieceSize = 64 * 1024;
+constexpr std::size_t pieceSize = 65536;
 // Not waiting matters for a FIFO at the path: opening it then fails instead of hanging the host.
 constexpr int writingFlags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK;
 

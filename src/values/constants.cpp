@@ -57,7 +57,7 @@ int load(const CDbFile& head, const std::string& path, IDbDataConstVector& value
         head.log().error("Bad const vector format: ", line, " (", path, ")");
         return QMDB_E_FORMAT;
     }
-    for (std::size_t i = 0; i < parts.size(); ++i) {
+    for (std::size_t i = 0; i < std::size(components); ++i) {
         const std::optional<double> number = conversions::wstr2double(parts[i]);
         if (!number) {
             head.log().error("Bad const vector component: ", i, " (", path, ")");

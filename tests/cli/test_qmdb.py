@@ -310,7 +310,7 @@ class Adding(CommandTest):
              "(-19): Incorrect parameter for the phase AS, ParamID=11AS=3"),
             (density, "T,rho\n280,999.9\n300,heavy\n290\n", "nothing is added:\n"
              'standard input: row 2 (line 3), column 2: "heavy" is not a number\n'
-             "standard input: row 3 (line 4): its columns are 1, those of the first row 2"),
+             "standard input: row 3 (line 4): the number of columns is 1, in the first row it is 2"),
             (density, "280 1\n280.0001 2\n270 3\n", "nothing is added:\n"
              "standard input: row 2 (line 2), column 1: the arguments 280 and 280.0001 are the same in the six "
              "significant digits that are stored\n"

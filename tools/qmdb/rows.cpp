@@ -125,8 +125,8 @@ void checkColumns(const std::vector<InputRow>& rows, Problems& problems)
     const std::size_t columns = rows.back().numbers.size();
     const std::size_t wanted = rows.front().numbers.size();
     if (columns != wanted) {
-        problems.add(
-            rows.back(), fmt::format("its columns are {}, those of the first row {}", columns, wanted));
+        problems.add(rows.back(),
+            fmt::format("the number of columns is {}, in the first row it is {}", columns, wanted));
     }
 }
 
