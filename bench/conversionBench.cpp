@@ -1,7 +1,7 @@
 // Conversions between text and numbers and between UTF-8 and wide text, a thousand at a time.
 #include "cases.h"
-#include "files/conversions.h"
-#include "qm/CQMTranscoder.h"
+#include "format/innerText.h"
+#include "format/numbers.h"
 #include "valueText.h"
 
 #include <array>
@@ -100,25 +100,27 @@ void addConversionCases()
 {
     const std::vector<std::string> texts = numberTexts();
     addWay("text to number", "floor", texts, parsed);
-    addWay("text to number", "library", texts, conversions::wstr2double);
+    addWay("text to number", "library", texts, format::wstr2double);
 
     std::vector<double> values;
     for (const std::string& text : texts) {
         values.push_back(parsed(text));
     }
     addWay("number to text", "floor", values, written);
-    addWay("number to text", "library", values, conversions::double2wstr);
+    addWay("number to text", "library", values, format::double2wstr);
 
     const std::vector<std::string> narrow = names();
     addWay("UTF-8 to wide", "floor", narrow, decoded);
-    addWay("UTF-8 to wide", "library", narrow, qm::CQMTranscoder::UTF8ToWide);
+    addWay("UTF-8 to wide", "library", narrow,
+        [](const std::string& bytes) { return format::text::toWide(*format::text::fromUtf8(bytes)); });
 
     std::vector<std::wstring> wide;
     for (const std::string& text : narrow) {
         wide.push_back(decoded(text));
     }
     addWay("wide to UTF-8", "floor", wide, encoded);
-    addWay("wide to UTF-8", "library", wide, qm::CQMTranscoder::WideToUTF8);
+    addWay("wide to UTF-8", "library", wide,
+        [](const std::wstring& text) { return *format::text::toUtf8(format::text::fromWide(text)); });
 }
 
 } // namespace bench

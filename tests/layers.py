@@ -5,7 +5,7 @@ import pathlib
 import re
 import sys
 
-LAYERS = ["include/qmdatabase", "src/qm", "src/files", "src/values", "src/model", "src/database", "src/api"]
+LAYERS = ["include/qmdatabase", "src/qm", "src/format", "src/files", "src/values", "src/model", "src/database", "src/api"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 
 

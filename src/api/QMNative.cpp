@@ -1,8 +1,9 @@
 #include "qmdatabase/QMNative.h"
 
 #include "api/guard.h"
+#include "format/innerText.h"
+#include "format/vocabulary.h"
 #include "qm/CQMCriticalSection.h"
-#include "qm/text.h"
 
 #include <cstring>
 
@@ -11,11 +12,9 @@ namespace {
 /// Made and destroyed with the library. Callers serialise their calls, so nothing enters it.
 [[maybe_unused]] qm::CQMCriticalSection m_cs;
 
-constexpr long none = -1;
-
 std::string argumentText(const wchar_t* text)
 {
-    return text ? qm::text::fromWide(text) : std::string();
+    return text ? format::text::fromWide(text) : std::string();
 }
 
 /// A byte from another language may be more than 0 and 1, which a bool must not be: every other one is true.
@@ -50,7 +49,7 @@ int qmdbOpen(
     if (!databaseId) {
         return QMDB_E_NULL_POINTER;
     }
-    *databaseId = none;
+    *databaseId = format::noId;
     try {
         const std::string pathText = argumentText(path);
         const std::string logDirText = argumentText(logDir);
@@ -119,7 +118,7 @@ int qmdbGetPhaseChangeParams(
 int qmdbGetParamValue(
     long databaseId, long matterId, long phaseId, long phaseChangeId, long paramId, IDbData** value)
 {
-    if (phaseId != none && phaseChangeId != none) {
+    if (phaseId != format::noId && phaseChangeId != format::noId) {
         return QMDB_E_NOT_FOUND;
     }
     return onDatabase(

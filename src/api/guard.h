@@ -24,9 +24,21 @@ try {
     return QMDB_E_INTERNAL; // no memory even for the log line
 }
 
-/// Looks a database up and runs the body on it; every pointer given must not be null.
+template <class Input>
+void reset(const Input&) noexcept
+{
+}
+
+template <class Output>
+void reset(Output& output) noexcept
+{
+    output = {};
+}
+
+/// Looks a database up and runs the body on it. Every pointer given must not be null; what those to outputs,
+/// which are not const, point to is reset first.
 template <class Call, class... Pointers>
-int onDatabase(long databaseId, Call&& call, const Pointers*... required) noexcept
+int onDatabase(long databaseId, Call&& call, Pointers*... required) noexcept
 {
     CDatabase* database = nullptr;
     if (const int code = dbEngine.getDatabase(databaseId, database); code != QMDB_OK) {
@@ -35,5 +47,6 @@ int onDatabase(long databaseId, Call&& call, const Pointers*... required) noexce
     if ((!required || ...)) {
         return QMDB_E_NULL_POINTER;
     }
+    (reset(*required), ...);
     return guarded(database->log(), [&] { return call(*database); });
 }

@@ -8,24 +8,25 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 /// One open database: the image of a directory tree of descriptors, read once at the open and kept in
 /// step with what is added.
 class CDatabase {
 public:
-    static constexpr std::string_view s_matterFilesExt = "mtd";
-    static constexpr std::string_view s_phaseFilesExt = "phd";
-    static constexpr std::string_view s_phaseChangeFilesExt = "pcd";
-    static constexpr std::string_view s_parameterFilesExt = "prd";
-    static constexpr std::string_view s_paramFileExt = ".prh";
-    static constexpr std::string_view s_paramDataFileExt = ".dat";
-    static constexpr std::string_view s_matterDirsPrefix = "Substance";
-    static constexpr std::string_view s_phasesDirsPrefix = "Phase";
-    static constexpr std::string_view s_phasesChangeDirsPrefix = "PC";
-    static constexpr std::string_view s_paramFilePrefix = "Property";
-    static constexpr std::string_view s_localFileName = "strings.lst";
-    static constexpr std::string_view s_defaultFileName = "default.lst";
+    static constexpr std::string_view s_matterFilesExt = format::substanceExtension;
+    static constexpr std::string_view s_phaseFilesExt = format::phaseExtension;
+    static constexpr std::string_view s_phaseChangeFilesExt = format::phaseChangeExtension;
+    static constexpr std::string_view s_parameterFilesExt = format::descriptionExtension;
+    static constexpr std::string_view s_paramFileExt = format::headExtension;
+    static constexpr std::string_view s_paramDataFileExt = format::dataExtension;
+    static constexpr std::string_view s_matterDirsPrefix = format::substancePrefix;
+    static constexpr std::string_view s_phasesDirsPrefix = format::phasePrefix;
+    static constexpr std::string_view s_phasesChangeDirsPrefix = format::phaseChangePrefix;
+    static constexpr std::string_view s_paramFilePrefix = format::headPrefix;
+    static constexpr std::string_view s_localFileName = format::russianTable;
+    static constexpr std::string_view s_defaultFileName = format::defaultTable;
 
     CDatabase(std::string_view logDir, bool logInfo)
         : log_(logDir, logInfo)
@@ -40,8 +41,8 @@ public:
     /// Loads the tree; called once. After a failure the object is of no use.
     int openDatabase(std::string_view path, std::string_view language);
 
-    // Lists and values for the caller. All arrays are new; failures leave null and 0, except that
-    // getMatters() keeps the number of substances.
+    // Lists and values for the caller. All arrays are new; failures leave the outputs as they are, except
+    // that getMatters() gives the number of substances with -11 and -12.
     int getMatters(MATTER*& matters, int& count) const;
     int getPhases(long matterId, PHASE*& phases, int& count) const;
     int getPhaseChanges(long matterId, PHASECHANGE*& changes, int& count) const;
@@ -67,16 +68,19 @@ public:
 
 private:
     int loadMatters(CDirectory& root);
-    int loadMatter(const FoundFile& file);
     int loadParameters(CDirectory& root);
 
-    int findMatter(long matterId, const CMatter*& matter) const;
-    int findMatter(long matterId, CMatter*& matter);
+    /// Looks for a substance and runs `body` on it; -9 when there is none at all, -2 when none has the ID.
+    template <class Body>
+    int onMatter(long matterId, Body&& body) const;
+
     int fillMatter(const CMatter& matter, MATTER& record) const;
     int fillComposition(const CMatter& matter, MATTER& record) const;
+    int listDescriptions(MATTER_STATE state, PARAMETERDESCR*& descrs, int& count) const;
     void expandParamsList(PARAMETER* params, int count) const;
 
     bool isMatterNamePresent(std::string_view name);
+    void setIdentity(CEntity& created, long& maxId, std::string_view name);
     int setComposition(CMatter& created, const MATTER& matter) const;
     int checkParameter(const PARAMETER& param) const;
     int saveParameter(const CEntity& owner, CHeadMap& heads, const PARAMETER& param, const IDbData* data,

@@ -1,91 +1,80 @@
 #include "database/CDatabase.h"
 
-#include "database/composition.h"
-#include "database/uniqueNames.h"
 #include "files/nextId.h"
-#include "qm/CQMFileSystem.h"
+#include "files/uniqueNames.h"
+#include "format/composition.h"
+#include "format/paths.h"
+#include "format/recordText.h"
+#include "model/saving.h"
 #include "qmdatabase/status.h"
+
+#include <span>
 
 namespace {
 
-constexpr double minSumOfFractions = 0.99;
-constexpr double maxSumOfFractions = 1.0;
-
 /// Makes a directory for a new entity; returns the path of its descriptor, which is still to be
 /// written.
-CFilePath makeEntityDir(const std::string& parent, std::string_view prefix, std::string_view extension)
+CFilePath makeEntityDir(
+    std::shared_ptr<const std::string> parentPath, std::string_view prefix, std::string_view extension)
 {
-    const qm::CQMDirectory parentDirectory(parent);
-    const std::string name = uniqueName(parentDirectory, parent, prefix);
-    auto directory = std::make_shared<const std::string>(joinPath(parent, name));
-    qm::CQMFileSystem::MakeDir(*directory, parentDirectory);
-    return { std::move(directory), name + "." + std::string(extension) };
+    CDirectory parent(std::move(parentPath));
+    parent.open();
+    const std::string name = uniqueName(parent, prefix);
+    parent.makeDirectory(name);
+    return { std::make_shared<const std::string>(format::joinPath(*parent.path(), name)),
+        name + "." + std::string(extension) };
 }
 
-/// Saves a new entity, puts it into its map and says so.
+/// Saves a new entity, puts it into its map and logs that.
 template <class Entity>
 int saveEntity(CIdMap<Entity>& entities, Entity entity, std::string_view successMessage)
 {
     const CLog& log = entity.log();
     const long id = entity.getID();
     const std::string path = entity.path.text();
-    const qm::CQMDirectory directory(*entity.path.directoryPart());
-    if (const int code = entities.saveAndInsert(std::move(entity), directory); code != QMDB_OK) {
+    CDirectory directory(entity.path.directoryPart());
+    directory.open();
+    if (const int code = saveAndInsert(entities, std::move(entity), directory); code != QMDB_OK) {
         return code;
     }
     log.info(successMessage, path, ", ID=", id);
     return QMDB_OK;
 }
 
-/// Keeps a name in a set while its owner is being saved, and for good once that has worked.
-class CNameClaim {
-public:
-    CNameClaim(std::unordered_set<std::string>& names, std::string_view name)
-        : names_(names)
-    {
-        const auto [at, isNew] = names.emplace(name);
-        claimed_ = isNew ? &*at : nullptr;
+/// The components of a caller's record; none when it counts some and has none.
+std::span<const COMPONENT> componentsOf(const MATTER& matter) noexcept
+{
+    if (!matter.composition || matter.compositionCount <= 0) {
+        return {};
     }
-    CNameClaim(const CNameClaim&) = delete;
-    CNameClaim& operator=(const CNameClaim&) = delete;
-    ~CNameClaim()
-    {
-        if (claimed_) {
-            names_.erase(names_.find(*claimed_));
-        }
-    }
-    void keep() noexcept { claimed_ = nullptr; }
-
-private:
-    std::unordered_set<std::string>& names_;
-    const std::string* claimed_ = nullptr;
-};
+    return { matter.composition, static_cast<std::size_t>(matter.compositionCount) };
+}
 
 } // namespace
 
 int CDatabase::addMatter(const MATTER& matter)
 {
-    const std::string name = conversions::fieldText(matter.name);
+    const std::string name = format::fieldText(matter.name);
     if (isMatterNamePresent(name)) {
         log_.error("Cannot append a substance because a duplicated name, ", name);
         return QMDB_E_DUPLICATE_NAME;
     }
     CMatter created(log_, *strings_);
-    created.path = makeEntityDir(*path_, s_matterDirsPrefix, s_matterFilesExt);
-    maxMatterId_ = nextId(maxMatterId_);
-    created.setID(maxMatterId_);
-    created.setName(name);
-    created.setNameID(strings_->increaseMaxStringID());
-    created.setComment(conversions::fieldText(matter.comment));
+    created.path = makeEntityDir(path_, s_matterDirsPrefix, s_matterFilesExt);
+    setIdentity(created, maxMatterId_, name);
+    created.setComment(format::fieldText(matter.comment));
     created.setCommentID(strings_->increaseMaxStringID());
     if (const int code = setComposition(created, matter); code != QMDB_OK) {
         return code;
     }
-    CNameClaim claim(*matterNames_, created.getName());
+    // The set of names is whole again only when all has gone well; it is collected anew otherwise.
+    std::unordered_set<std::string> names = std::move(*matterNames_);
+    matterNames_.reset();
+    names.emplace(created.getName());
     if (const int code = saveEntity(matters_, std::move(created), "New material saved: "); code != QMDB_OK) {
         return code;
     }
-    claim.keep();
+    matterNames_ = std::move(names);
     return static_cast<int>(maxMatterId_);
 }
 
@@ -96,15 +85,13 @@ int CDatabase::setComposition(CMatter& created, const MATTER& matter) const
         created.setComposition("");
         return QMDB_OK;
     }
-    const auto components = composition::componentsOf(matter);
-    const double sum = composition::sumOfFractions(components);
-    // A sum that is not a number passes.
-    if (sum > maxSumOfFractions || sum < minSumOfFractions) {
-        log_.error(
-            "Incorrect molar fractions summ at sunstance addition (", conversions::double2wstr(sum), ")");
+    const std::span<const COMPONENT> components = componentsOf(matter);
+    const double sum = format::sumOfFractions(components);
+    if (!format::isSumAllowed(sum)) {
+        log_.error("Incorrect molar fractions summ at sunstance addition (", format::double2wstr(sum), ")");
         return QMDB_E_FRACTIONS;
     }
-    created.setComposition(composition::format(components));
+    created.setComposition(format::compositionText(components));
     return QMDB_OK;
 }
 
@@ -123,20 +110,17 @@ bool CDatabase::isMatterNamePresent(std::string_view name)
 int CDatabase::addPhase(long matterId, const PHASE& phase)
 {
     CMatter* matter = nullptr;
-    if (const int code = findMatter(matterId, matter); code != QMDB_OK) {
+    if (const int code = find(matters_, matterId, matter); code != QMDB_OK) {
         return code;
     }
-    const std::string name = conversions::fieldText(phase.name);
+    const std::string name = format::fieldText(phase.name);
     if (matter->isPhaseNamePresent(name)) {
         log_.error("Cannot append a phase because a duplicated name, ", name);
         return QMDB_E_DUPLICATE_NAME;
     }
     CPhase created(log_, *strings_);
-    created.path = makeEntityDir(*matter->path.directoryPart(), s_phasesDirsPrefix, s_phaseFilesExt);
-    matter->maxPhaseId = nextId(matter->maxPhaseId);
-    created.setID(matter->maxPhaseId);
-    created.setName(name);
-    created.setNameID(strings_->increaseMaxStringID());
+    created.path = makeEntityDir(matter->path.directoryPart(), s_phasesDirsPrefix, s_phaseFilesExt);
+    setIdentity(created, matter->maxPhaseId, name);
     created.setMatterState(phase.aggreg);
     const int code = saveEntity(matter->phases, std::move(created), "New phase saved: ");
     return code == QMDB_OK ? static_cast<int>(matter->maxPhaseId) : code;
@@ -145,23 +129,29 @@ int CDatabase::addPhase(long matterId, const PHASE& phase)
 int CDatabase::addPhaseChange(long matterId, const PHASECHANGE& phaseChange)
 {
     CMatter* matter = nullptr;
-    if (const int code = findMatter(matterId, matter); code != QMDB_OK) {
+    if (const int code = find(matters_, matterId, matter); code != QMDB_OK) {
         return code;
     }
-    const std::string name = conversions::fieldText(phaseChange.name);
+    const std::string name = format::fieldText(phaseChange.name);
     if (matter->isPhaseChangeNamePresent(name)) {
         log_.error("Cannot append a phase change because a duplicated name, ", name);
         return QMDB_E_DUPLICATE_NAME;
     }
     CPhaseChange created(log_, *strings_);
     created.path
-        = makeEntityDir(*matter->path.directoryPart(), s_phasesChangeDirsPrefix, s_phaseChangeFilesExt);
-    matter->maxPhaseChangeId = nextId(matter->maxPhaseChangeId);
-    created.setID(matter->maxPhaseChangeId);
-    created.setName(name);
-    created.setNameID(strings_->increaseMaxStringID());
+        = makeEntityDir(matter->path.directoryPart(), s_phasesChangeDirsPrefix, s_phaseChangeFilesExt);
+    setIdentity(created, matter->maxPhaseChangeId, name);
     created.setPhase1ID(phaseChange.phase1);
     created.setPhase2ID(phaseChange.phase2);
     const int code = saveEntity(matter->phaseChanges, std::move(created), "New phase change saved: ");
     return code == QMDB_OK ? static_cast<int>(matter->maxPhaseChangeId) : code;
+}
+
+/// Gives a new entity the next ID, its name and the next string ID. IDs are used up whatever follows.
+void CDatabase::setIdentity(CEntity& created, long& maxId, std::string_view name)
+{
+    maxId = nextId(maxId);
+    created.setID(maxId);
+    created.setName(name);
+    created.setNameID(strings_->increaseMaxStringID());
 }

@@ -1,13 +1,13 @@
 #include "database/CDatabase.h"
 
-#include "database/uniqueNames.h"
-#include "qm/CQMFileSystem.h"
+#include "files/uniqueNames.h"
+#include "format/paths.h"
 #include "qmdatabase/status.h"
 
 int CDatabase::addMatterParameter(long matterId, const PARAMETER& param, const IDbData* data)
 {
     CMatter* matter = nullptr;
-    int code = findMatter(matterId, matter);
+    int code = find(matters_, matterId, matter);
     code = code == QMDB_OK ? checkParameter(param) : code;
     if (code != QMDB_OK) {
         return code;
@@ -24,7 +24,7 @@ int CDatabase::addMatterParameter(long matterId, const PARAMETER& param, const I
 int CDatabase::addPhaseParameter(long matterId, long phaseId, const PARAMETER& param, const IDbData* data)
 {
     CMatter* matter = nullptr;
-    int code = findMatter(matterId, matter);
+    int code = find(matters_, matterId, matter);
     code = code == QMDB_OK ? checkParameter(param) : code;
     if (code != QMDB_OK) {
         return code;
@@ -74,19 +74,19 @@ int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAME
     if (!data) {
         return QMDB_E_NULL_POINTER;
     }
-    const std::shared_ptr<const std::string> path = owner.path.directoryPart();
-    const qm::CQMDirectory directory(*path);
+    CDirectory directory(owner.path.directoryPart());
+    directory.open();
     CParameterData head(log_);
-    head.path = CFilePath(path, uniqueName(directory, *path, s_paramFilePrefix, s_paramFileExt));
+    head.path = CFilePath(directory.path(), uniqueName(directory, s_paramFilePrefix, s_paramFileExt));
     const std::string headPath = head.path.text();
     head.setID(param.id);
     head.setVector(param.vector);
     head.setType(param.type);
-    head.setDataFileName(
-        std::string(qm::CQMFileSystem::ExtractName(headPath)) + std::string(s_paramDataFileExt));
-    // The head is saved either way; reading the value tells what became of the data file.
+    const std::string_view stem = format::splitPath(headPath).name;
+    head.setDataFileName(std::string(stem).append(1, '.').append(s_paramDataFileExt));
+    // The head is saved either way; reading the value shows what became of the data file.
     static_cast<void>(head.setData(*data, directory));
-    if (const int code = heads.saveAndAdd(std::move(head), directory); code != QMDB_OK) {
+    if (const int code = heads.saveAndInsert(std::move(head), directory); code != QMDB_OK) {
         return code;
     }
     log_.info(successMessage, headPath, ", ID=", param.id);

@@ -1,33 +1,34 @@
 #include "database/CDatabase.h"
 
-#include "database/composition.h"
+#include "database/onMatter.h"
+#include "format/composition.h"
+#include "format/recordText.h"
 #include "qmdatabase/status.h"
 
 #include <algorithm>
+#include <vector>
 
 int CDatabase::getMatters(MATTER*& matters, int& count) const
 {
-    matters = nullptr;
-    count = static_cast<int>(matters_.size());
     if (matters_.empty()) {
         return QMDB_E_EMPTY;
     }
     auto records = std::make_unique<MATTER[]>(matters_.size());
     MATTER* record = records.get();
-    for (const auto& [id, matter] : matters_) {
-        if (const int code = fillMatter(matter, *record++); code != QMDB_OK) {
-            return code;
-        }
+    int code = QMDB_OK;
+    for (auto at = matters_.begin(); at != matters_.end() && code == QMDB_OK; ++at) {
+        code = fillMatter(at->object, *record++);
     }
-    matters = records.release();
-    return QMDB_OK;
+    count = static_cast<int>(matters_.size());
+    matters = code == QMDB_OK ? records.release() : nullptr;
+    return code;
 }
 
 int CDatabase::fillMatter(const CMatter& matter, MATTER& record) const
 {
     record.id = matter.getID();
-    conversions::copyWStringToWtchar(matter.getName(), record.name);
-    conversions::copyWStringToWtchar(matter.getComment(), record.comment);
+    format::copyWStringToWtchar(matter.getName(), record.name);
+    format::copyWStringToWtchar(matter.getComment(), record.comment);
     record.mixture = matter.getMixture();
     return record.mixture >= 1 ? fillComposition(matter, record) : QMDB_OK;
 }
@@ -36,14 +37,14 @@ int CDatabase::fillComposition(const CMatter& matter, MATTER& record) const
 {
     const std::string_view text = matter.getComposition();
     std::vector<COMPONENT> components;
-    switch (composition::parse(text, components)) {
-    case composition::Outcome::BadFormat:
+    switch (format::parseComposition(text, components)) {
+    case format::CompositionResult::BadFormat:
         log_.error("Bad format of a composition line: ", text);
         return QMDB_E_FORMAT;
-    case composition::Outcome::BadFraction:
+    case format::CompositionResult::BadFraction:
         log_.error("Bad value of molar fraction: ", text);
         return QMDB_E_NUMBER;
-    case composition::Outcome::Read:
+    case format::CompositionResult::Read:
         break;
     }
     if (!components.empty()) {
@@ -56,62 +57,45 @@ int CDatabase::fillComposition(const CMatter& matter, MATTER& record) const
 
 int CDatabase::getPhases(long matterId, PHASE*& phases, int& count) const
 {
-    phases = nullptr;
-    count = 0;
-    const CMatter* matter = nullptr;
-    const int code = findMatter(matterId, matter);
-    return code == QMDB_OK ? matter->getPhases(phases, count) : code;
+    return onMatter(matterId, [&](const CMatter& matter) { return matter.getPhases(phases, count); });
 }
 
 int CDatabase::getPhaseChanges(long matterId, PHASECHANGE*& changes, int& count) const
 {
-    changes = nullptr;
-    count = 0;
-    const CMatter* matter = nullptr;
-    const int code = findMatter(matterId, matter);
-    return code == QMDB_OK ? matter->getPhaseChanges(changes, count) : code;
+    return onMatter(matterId, [&](const CMatter& matter) { return matter.getPhaseChanges(changes, count); });
 }
 
 int CDatabase::getMatterParams(long matterId, PARAMETER*& params, int& count) const
 {
-    params = nullptr;
-    count = 0;
-    const CMatter* matter = nullptr;
-    int code = findMatter(matterId, matter);
-    code = code == QMDB_OK ? matter->heads.list(params, count) : code;
+    const int code
+        = onMatter(matterId, [&](const CMatter& matter) { return matter.heads.list(params, count); });
     expandParamsList(params, count);
     return code;
 }
 
 int CDatabase::getPhaseParams(long matterId, long phaseId, PARAMETER*& params, int& count) const
 {
-    params = nullptr;
-    count = 0;
-    const CMatter* matter = nullptr;
-    int code = findMatter(matterId, matter);
-    code = code == QMDB_OK ? matter->getPhaseParams(phaseId, params, count) : code;
+    const int code = onMatter(
+        matterId, [&](const CMatter& matter) { return matter.getPhaseParams(phaseId, params, count); });
     expandParamsList(params, count);
     return code;
 }
 
 int CDatabase::getPhaseChangeParams(long matterId, long phaseChangeId, PARAMETER*& params, int& count) const
 {
-    params = nullptr;
-    count = 0;
-    const CMatter* matter = nullptr;
-    int code = findMatter(matterId, matter);
-    code = code == QMDB_OK ? matter->getPhaseChangeParams(phaseChangeId, params, count) : code;
+    const int code = onMatter(matterId,
+        [&](const CMatter& matter) { return matter.getPhaseChangeParams(phaseChangeId, params, count); });
     expandParamsList(params, count);
     return code;
 }
 
-/// Adds name and units to the records of a list.
+/// Adds name and units to the records of a list, which is empty after a failure.
 void CDatabase::expandParamsList(PARAMETER* params, int count) const
 {
     for (int i = 0; i < count; ++i) {
         if (const CParameter* description = parameters_.find(params[i].id)) {
-            conversions::copyWStringToWtchar(description->getName(), params[i].name);
-            conversions::copyWStringToWtchar(description->getUnits(), params[i].units);
+            format::copyWStringToWtchar(description->getName(), params[i].name);
+            format::copyWStringToWtchar(description->getUnits(), params[i].units);
         }
     }
 }
@@ -119,20 +103,6 @@ void CDatabase::expandParamsList(PARAMETER* params, int count) const
 int CDatabase::getParamValue(
     long matterId, long phaseId, long phaseChangeId, long paramId, IDbData*& value) const
 {
-    value = nullptr;
-    const CMatter* matter = nullptr;
-    const int code = findMatter(matterId, matter);
-    return code == QMDB_OK ? matter->getParamValue(phaseId, phaseChangeId, paramId, value) : code;
-}
-
-int CDatabase::findMatter(long matterId, const CMatter*& matter) const
-{
-    matter = matters_.find(matterId);
-    return matters_.check(matterId);
-}
-
-int CDatabase::findMatter(long matterId, CMatter*& matter)
-{
-    matter = matters_.find(matterId);
-    return matters_.check(matterId);
+    return onMatter(matterId,
+        [&](const CMatter& matter) { return matter.getParamValue(phaseId, phaseChangeId, paramId, value); });
 }

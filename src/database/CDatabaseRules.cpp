@@ -1,51 +1,12 @@
 #include "database/CDatabase.h"
 
+#include "database/onMatter.h"
+#include "format/recordText.h"
 #include "qmdatabase/status.h"
 
-#include <ranges>
 #include <vector>
 
 namespace {
-
-/// No letter stands for no type at all.
-constexpr char none = '\0';
-
-char letterOf(PARAM_TYPE type) noexcept
-{
-    switch (type) {
-    case PARAM_TYPE_CONSTANT:
-        return 'C';
-    case PARAM_TYPE_TABLE_T:
-        return 't';
-    case PARAM_TYPE_TABLE_P:
-        return 'p';
-    case PARAM_TYPE_TABLE2D_T:
-        return 'T';
-    case PARAM_TYPE_TABLE2D_X:
-        return 'X';
-    }
-    return none;
-}
-
-char letterOf(MATTER_STATE state) noexcept
-{
-    switch (state) {
-    case MATTER_STATE_SOLID:
-        return 'S';
-    case MATTER_STATE_LIQUID:
-        return 'L';
-    case MATTER_STATE_GAS:
-        return 'V';
-    case MATTER_STATE_NOT_GIVEN:
-        return none;
-    }
-    return none;
-}
-
-bool isFlagInParamStr(std::string_view letters, char letter) noexcept
-{
-    return letter != none && letters.find(letter) != std::string_view::npos;
-}
 
 void fillDescription(const CParameter& parameter, PARAMETERDESCR& record)
 {
@@ -53,10 +14,10 @@ void fillDescription(const CParameter& parameter, PARAMETERDESCR& record)
     record.binary = parameter.getBinaryFlag();
     record.scalar = parameter.getScalarFlag();
     record.vector = parameter.getVectorFlag();
-    conversions::copyWStringToWtchar(parameter.getName(), record.name);
-    conversions::copyWStringToWtchar(parameter.getUnits(), record.units);
-    conversions::copyWStringToWtchar(parameter.getDataTypes(), record.dataTypes);
-    conversions::copyWStringToWtchar(parameter.getAvForPhases(), record.avForPhases);
+    format::copyWStringToWtchar(parameter.getName(), record.name);
+    format::copyWStringToWtchar(parameter.getUnits(), record.units);
+    format::copyWStringToWtchar(parameter.getDataTypes(), record.dataTypes);
+    format::copyWStringToWtchar(parameter.getAvForPhases(), record.avForPhases);
 }
 
 } // namespace
@@ -69,7 +30,7 @@ bool CDatabase::isParamIDCorrect(long paramId) const
 bool CDatabase::isParameterTypeCorrect(long paramId, PARAM_TYPE type) const
 {
     const CParameter* parameter = parameters_.find(paramId);
-    return parameter && isFlagInParamStr(parameter->getDataTypes(), letterOf(type));
+    return parameter && format::isAmong(format::letterOf(type), parameter->getDataTypes());
 }
 
 bool CDatabase::isParameterVectorTypeCorrect(long paramId, bool vector) const
@@ -81,23 +42,20 @@ bool CDatabase::isParameterVectorTypeCorrect(long paramId, bool vector) const
 bool CDatabase::isParameterCorrectForPhase(long paramId, MATTER_STATE state) const
 {
     const CParameter* parameter = parameters_.find(paramId);
-    return parameter && isFlagInParamStr(parameter->getAvForPhases(), letterOf(state));
+    return parameter && format::isAmong(format::letterOf(state), parameter->getAvForPhases());
 }
 
 int CDatabase::getPhaseParamsDescriptions(
     long matterId, long phaseId, PARAMETERDESCR*& descrs, int& count) const
 {
-    descrs = nullptr;
-    count = 0;
-    const CMatter* matter = nullptr;
-    if (const int code = findMatter(matterId, matter); code != QMDB_OK) {
-        return code;
-    }
-    const CPhase* phase = matter->phases.find(phaseId);
-    if (!phase) {
-        return QMDB_E_NOT_FOUND;
-    }
-    const MATTER_STATE state = phase->getAggreg();
+    return onMatter(matterId, [&](const CMatter& matter) {
+        const CPhase* phase = matter.phases.find(phaseId);
+        return phase ? listDescriptions(phase->getAggreg(), descrs, count) : QMDB_E_NOT_FOUND;
+    });
+}
+
+int CDatabase::listDescriptions(MATTER_STATE state, PARAMETERDESCR*& descrs, int& count) const
+{
     std::vector<const CParameter*> available;
     for (const auto& [id, parameter] : parameters_) {
         if (isParameterCorrectForPhase(id, state)) {

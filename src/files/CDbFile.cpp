@@ -1,17 +1,37 @@
 #include "files/CDbFile.h"
 
 #include "files/CLineReader.h"
-#include "files/descriptorLine.h"
+#include "format/descriptor.h"
+#include "format/innerText.h"
+#include "format/numbers.h"
+#include "format/paths.h"
 #include "qm/CQMOutputFile.h"
-#include "qm/CQMTranscoder.h"
+#include "qm/EQMException.h"
 #include "qmdatabase/status.h"
+
+namespace {
+
+/// Appends the files of one directory; returns how many there are.
+std::size_t append(std::vector<FoundFile>& files, CDirectory& directory, std::string_view extension)
+{
+    const std::size_t before = files.size();
+    directory.forEachFile(extension, [&](const std::string& name) { files.push_back({ &directory, name }); });
+    return files.size() - before;
+}
+
+} // namespace
+
+CDirectory& FoundFile::neighbours(std::optional<CDirectory>& other) const
+{
+    return format::isBareName(name) ? *directory : other.emplace(path().directoryPart());
+}
 
 CDbFile::CDbFile(const FoundFile& file, const CLog& log)
     : status(QMDB_E_READ)
     , path(file.path())
     , log_(&log)
 {
-    read(file.directory->openFile(file.name), file.regular);
+    read(file.directory->pathOf(file.name));
 }
 
 CDbFile::CDbFile(CFilePath path, const CLog& log)
@@ -19,39 +39,36 @@ CDbFile::CDbFile(CFilePath path, const CLog& log)
     , path(std::move(path))
     , log_(&log)
 {
-    read(qm::CQMInputFile(this->path.text()), false);
+    read({ AT_FDCWD, format::text::toLocale(this->path.text()) });
 }
 
-void CDbFile::read(qm::CQMInputFile file, bool regularFile)
+void CDbFile::read(const qm::NativePath& native)
 {
+    qm::CQMInputFile file(native);
     if (!file.isOpen()) {
         log_->error("Cannot open file: ", path.text());
         status = QMDB_E_FILE;
         return;
     }
-    CLineReader lines(file, regularFile);
+    CLineReader lines(file);
+    format::CDescriptorParser parser;
     CKeyMap::Builder entries;
-    std::string decoded;
-    bool plain = false; // from the first line to the end, as most files are
-    for (bool first = true; status == QMDB_E_READ; first = false) {
+    while (status == QMDB_E_READ) {
         std::string_view bytes;
         const CLineReader::Result result = lines.next(bytes);
         if (result == CLineReader::Result::Failed) {
             log_->error("Cannot read from  file: ", path.text());
             break;
         }
-        if (first) {
-            utf8 = bytes.starts_with(utf8Mark);
-            bytes.remove_prefix(utf8 ? utf8Mark.size() : 0);
-            plain = qm::text::isPlain(bytes) && lines.isRestPlain()
-                && (utf8 || qm::CQMTranscoder::IsAnsiAscii());
-        }
-        const std::string_view line = plain ? withoutCr(bytes) : decodeLine(bytes, utf8, decoded);
-        const std::size_t sign = line.find('=');
-        if (sign != std::string_view::npos) {
-            entries.add(line.substr(0, sign), line.substr(sign + 1));
-        } else if (!line.empty()) {
-            log_->error("File format error: ", path.text(), "(", line, ")");
+        switch (parser.parse(bytes)) {
+        case format::CDescriptorParser::Result::Entry:
+            entries.add(parser.key(), parser.value());
+            break;
+        case format::CDescriptorParser::Result::NoKey:
+            log_->error("File format error: ", path.text(), "(", parser.value(), ")");
+            break;
+        case format::CDescriptorParser::Result::Blank:
+            break;
         }
         if (result == CLineReader::Result::TooLong) {
             log_->error("File format error (line too long): ", path.text());
@@ -60,45 +77,82 @@ void CDbFile::read(qm::CQMInputFile file, bool regularFile)
             status = QMDB_OK;
         }
     }
+    utf8 = parser.isUtf8();
     keys_ = entries.finish();
 }
 
-std::string_view CDbFile::getParametr(CKey key, std::string_view defaultValue) const noexcept
+std::string_view CDbFile::getParametr(format::Key key, std::string_view defaultValue) const noexcept
 {
     return keys_.find(key).value_or(defaultValue);
 }
 
-long CDbFile::getNumber(CKey key) const
+long CDbFile::getNumber(format::Key key) const
 {
-    return conversions::wstr2long(getParametr(key));
+    return format::wstr2long(getParametr(key));
 }
 
-void CDbFile::setNumber(CKey key, long number)
+void CDbFile::setNumber(format::Key key, long number)
 {
-    setParametr(key, conversions::long2wstr(static_cast<unsigned long>(number)));
+    setParametr(key, format::long2wstr(static_cast<unsigned long>(number)));
 }
 
-int CDbFile::saveFile(const qm::CQMDirectory& directory) const
+void CDbFile::setFlag(format::Key key, bool flag)
 {
-    std::string bytes(utf8Mark);
+    setParametr(key, flag ? format::trueFlag : format::falseFlag);
+}
+
+int CDbFile::saveFile(const CDirectory& directory) const
+{
+    std::string bytes(format::utf8Mark);
     CKeyMap::Entry entry;
     for (std::size_t position = 0; keys_.next(position, entry);) {
-        bytes += qm::CQMTranscoder::TextToUTF8(entry.key);
-        bytes += '=';
-        bytes += qm::CQMTranscoder::TextToUTF8(entry.value);
-        bytes += '\n';
+        if (!format::appendEntry(bytes, entry.key, entry.value)) {
+            throw qm::EQMException(qm::ErrorCode::NotConvertible);
+        }
     }
-    const std::string pathText = path.text();
-    if (!qm::writeWholeFile(pathText, bytes, directory)) {
-        log_->error("Cannot open file for write: ", pathText);
+    if (!directory.writeWholeFile(path.name(), bytes)) {
+        log_->error("Cannot open file for write: ", path.text());
         return QMDB_E_FILE;
     }
     return QMDB_OK;
 }
 
-void CDbFile::requireKeys(std::initializer_list<CKey> required)
+int CDbFile::findFiles(
+    const CLog& log, CDirectory& directory, const format::DescriptorKind& kind, std::vector<FoundFile>& files)
 {
-    if (keys_.hasAll(required)) {
+    constexpr std::size_t usualFiles = 16;
+    files.reserve(usualFiles);
+    return kind.hasDirectory ? getFilesListDownLevel(log, directory, kind.extension, files)
+                             : getFilesList(log, directory, kind.extension, files);
+}
+
+int CDbFile::getFilesList(
+    const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files)
+{
+    log.info("Process subdirectory: ", *directory.path());
+    append(files, directory, extension);
+    return QMDB_OK;
+}
+
+int CDbFile::getFilesListDownLevel(
+    const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files)
+{
+    log.info("Process subdirectory one level: ", *directory.path());
+    for (CDirectory& subdirectory : directory.subdirectories()) {
+        const std::size_t count = append(files, subdirectory, extension);
+        if (count == 0) {
+            log.info("No files");
+        } else if (count > 1) {
+            log.error("More than one files: ", subdirectory.name());
+            return QMDB_E_FILE;
+        }
+    }
+    return QMDB_OK;
+}
+
+void CDbFile::requireKeys(format::KeySet required)
+{
+    if (status != QMDB_OK || keys_.hasAll(required)) {
         return;
     }
     status = QMDB_E_REQUIRED_KEY;

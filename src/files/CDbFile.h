@@ -4,8 +4,9 @@
 #include "files/CFilePath.h"
 #include "files/CKeyMap.h"
 #include "files/CLog.h"
-#include "qm/CQMDirectory.h"
+#include "format/keys.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,22 +15,12 @@
 struct FoundFile {
     CDirectory* directory = nullptr; ///< where it lies; valid while the load lasts
     std::string name;
-    bool regular = false;
 
     CFilePath path() const { return { directory->path(), name }; }
 
-    /// Calls `use` with the directory part of the path: where the file lies, unless a backslash in its
-    /// name makes the part another.
-    template <class Use>
-    auto withDirectoryPart(Use&& use) const
-    {
-        const std::shared_ptr<const std::string> part = path().directoryPart();
-        if (part == directory->path()) {
-            return use(*directory);
-        }
-        CDirectory other(part);
-        return use(other);
-    }
+    /// The directory of the path's directory part, where what belongs to the file is looked for: mostly
+    /// the one that it lies in, else one that is made in `other`.
+    CDirectory& neighbours(std::optional<CDirectory>& other) const;
 };
 
 /// A file of "key=value" lines, read whole when the object is made: the base of every descriptor.
@@ -55,34 +46,40 @@ public:
     const CLog& log() const noexcept { return *log_; }
 
     /// The value under a key, or the default; valid until the key map changes.
-    std::string_view getParametr(CKey key, std::string_view defaultValue = {}) const noexcept;
-    void setParametr(CKey key, std::string_view value) { keys_.set(key.text(), value); }
+    std::string_view getParametr(format::Key key, std::string_view defaultValue = {}) const noexcept;
+    void setParametr(format::Key key, std::string_view value) { keys_.set(key, value); }
 
     /// A value read with "%ld"; 0 when the key is missing or no number can be read.
-    long getNumber(CKey key) const;
-    void setNumber(CKey key, long number);
-    /// True exactly when the value is the one character "1".
-    bool getFlag(CKey key) const noexcept { return getParametr(key) == "1"; }
+    long getNumber(format::Key key) const;
+    void setNumber(format::Key key, long number);
+    /// False as well when the key is missing.
+    bool getFlag(format::Key key) const noexcept { return getParametr(key) == format::trueFlag; }
+    void setFlag(format::Key key, bool flag);
 
     const CKeyMap& keys() const noexcept { return keys_; }
 
-    /// Writes all keys to the file in `directory`; it appears complete or not at all. 0, or -6 when it
-    /// cannot be written. Throws EQMException when a text has no UTF-8 form; nothing is written then.
-    int saveFile(const qm::CQMDirectory& directory) const;
+    /// Writes all keys to the file in `directory`, which is open; it appears complete or not at all. 0, or
+    /// -6 when it cannot be written. Throws EQMException when a text has no UTF-8 form; nothing is written
+    /// then.
+    int saveFile(const CDirectory& directory) const;
 
-    /// Lists the files with an extension directly in a directory, in the system's order.
-    static std::vector<FoundFile> getFilesList(const CLog& log, CDirectory& directory, std::string_view mask);
-
-    /// Looks for one file with the extension in every subdirectory. -6 when one holds several.
-    static int getFilesListDownLevel(
-        const CLog& log, CDirectory& directory, std::string_view mask, std::vector<FoundFile>& files);
+    /// Finds the files of one kind that belong to a directory, in the system's order. -6 when a directory
+    /// holds several of a kind of which it may hold one.
+    static int findFiles(const CLog& log, CDirectory& directory, const format::DescriptorKind& kind,
+        std::vector<FoundFile>& files);
 
 protected:
-    /// Sets the status to "a required key is missing" and says so unless all keys are present.
-    void requireKeys(std::initializer_list<CKey> required);
+    /// Sets the status to "a required key is missing" and reports it unless all keys are present, or the
+    /// file has failed before.
+    void requireKeys(format::KeySet required);
 
 private:
-    void read(qm::CQMInputFile file, bool regularFile);
+    static int getFilesList(
+        const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files);
+    static int getFilesListDownLevel(
+        const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files);
+
+    void read(const qm::NativePath& native);
 
     const CLog* log_;
     CKeyMap keys_;

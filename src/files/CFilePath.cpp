@@ -1,18 +1,16 @@
 #include "files/CFilePath.h"
 
-#include "qm/CQMFileSystem.h"
+#include "format/paths.h"
 
-std::string joinPath(std::string_view directory, std::string_view name)
+std::string CFilePath::text() const
 {
-    std::string path;
-    path.reserve(directory.size() + 1 + name.size());
-    return path.append(directory).append(1, '/').append(name);
+    return format::joinPath(*directory_, name_);
 }
 
 std::shared_ptr<const std::string> CFilePath::directoryPart() const
 {
-    if (name_.find('\\') == std::string::npos) {
+    if (format::isBareName(name_)) {
         return directory_;
     }
-    return std::make_shared<const std::string>(qm::CQMFileSystem::ExtractDir(text()));
+    return std::make_shared<const std::string>(format::splitPath(text()).dir);
 }

@@ -4,9 +4,6 @@
 #include <string>
 #include <string_view>
 
-/// Directory, "/" and name.
-std::string joinPath(std::string_view directory, std::string_view name);
-
 /// The path of a file of the database: a directory, shared with the other files in it, and a name.
 class CFilePath {
 public:
@@ -17,7 +14,8 @@ public:
     {
     }
 
-    std::string text() const { return joinPath(*directory_, name_); }
+    const std::string& name() const noexcept { return name_; }
+    std::string text() const;
 
     /// The directory part of text(). That is not always the directory that the path was made of: a
     /// backslash in the name separates as well.

@@ -7,7 +7,8 @@
 
 namespace {
 
-constexpr unsigned char otherKey = CKey::otherKey;
+/// The code of a key that is none of the format's own; its text follows.
+constexpr unsigned char otherKey = 0xFF;
 
 constexpr std::size_t maxLengthBytes = 10;
 
@@ -22,7 +23,7 @@ char* putText(char* to, std::string_view text) noexcept
     return std::copy(text.begin(), text.end(), to);
 }
 
-std::string_view takeText(const char*& at) noexcept
+std::string_view readText(const char*& at) noexcept
 {
     std::size_t length = static_cast<unsigned char>(*at++);
     for (unsigned shift = 7; length >> shift != 0; shift += 7) {
@@ -34,11 +35,11 @@ std::string_view takeText(const char*& at) noexcept
     return text;
 }
 
-CKeyMap::Entry takeEntry(const char*& at) noexcept
+CKeyMap::Entry readEntry(const char*& at) noexcept
 {
     const auto code = static_cast<unsigned char>(*at++);
-    const std::string_view key = code == otherKey ? takeText(at) : CKey::textOf(code);
-    return { key, takeText(at) };
+    const std::string_view key = code == otherKey ? readText(at) : textOf(static_cast<format::Key>(code));
+    return { key, readText(at) };
 }
 
 /// Compares the keys of two packed entries.
@@ -49,7 +50,7 @@ bool isBefore(const char* a, const char* b) noexcept
     if (codeA != otherKey && codeB != otherKey) {
         return codeA < codeB; // the known keys are in ascending order
     }
-    return takeEntry(a).key < takeEntry(b).key;
+    return readEntry(a).key < readEntry(b).key;
 }
 
 } // namespace
@@ -63,55 +64,51 @@ CKeyMap::CKeyMap(std::string_view packed)
     std::copy(packed.begin(), packed.end(), large_ ? large_.get() : small_.data());
 }
 
-std::optional<std::string_view> CKeyMap::find(CKey key) const noexcept
+std::optional<std::string_view> CKeyMap::find(format::Key key) const noexcept
 {
     const char* at = data();
     for (const char* const end = at + size_; at != end;) {
         const auto code = static_cast<unsigned char>(*at++);
-        const bool found = code == key.code() && (code != otherKey || takeText(at) == key.text());
-        if (code == otherKey && code != key.code()) {
-            takeText(at);
+        if (code == otherKey) {
+            readText(at);
         }
-        const std::string_view value = takeText(at);
-        if (found) {
+        const std::string_view value = readText(at);
+        if (code == static_cast<unsigned char>(key)) {
             return value;
         }
     }
     return std::nullopt;
 }
 
-bool CKeyMap::hasAll(std::initializer_list<CKey> keys) const noexcept
+bool CKeyMap::hasAll(format::KeySet keys) const noexcept
 {
-    std::uint32_t missing = 0;
-    for (const CKey& key : keys) {
-        missing |= std::uint32_t { 1 } << key.code();
-    }
     const char* at = data();
     for (const char* const end = at + size_; at != end;) {
         const auto code = static_cast<unsigned char>(*at++);
         if (code == otherKey) {
-            takeText(at);
+            readText(at);
         } else {
-            missing &= ~(std::uint32_t { 1 } << code);
+            keys.remove(static_cast<format::Key>(code));
         }
-        takeText(at);
+        readText(at);
     }
-    return missing == 0;
+    return keys.isEmpty();
 }
 
-void CKeyMap::set(std::string_view key, std::string_view value)
+void CKeyMap::set(format::Key key, std::string_view value)
 {
-    // What stands before and behind the key's place stays as it is.
+    // What stands before and after the key's place stays as it is.
+    const std::string_view text = textOf(key);
     std::size_t before = 0;
-    std::size_t behind = 0;
+    std::size_t after = 0;
     Entry entry;
-    for (std::size_t position = 0; next(position, entry) && entry.key <= key; behind = position) {
-        before = entry.key < key ? position : before;
+    for (std::size_t position = 0; next(position, entry) && entry.key <= text; after = position) {
+        before = entry.key < text ? position : before;
     }
     Builder changed;
-    changed.add(key, value);
+    changed.add(text, value);
     std::string packed(data(), before);
-    packed.append(changed.packed()).append(data() + behind, size_ - behind);
+    packed.append(changed.packed()).append(data() + after, size_ - after);
     *this = CKeyMap(packed);
 }
 
@@ -121,34 +118,39 @@ bool CKeyMap::next(std::size_t& position, Entry& entry) const noexcept
         return false;
     }
     const char* at = data() + position;
-    entry = takeEntry(at);
+    entry = readEntry(at);
     position = static_cast<std::size_t>(at - data());
     return true;
 }
 
 void CKeyMap::Builder::grow(std::size_t needed)
 {
-    const std::size_t grown = 2 * room() + needed;
-    if (large_.empty()) {
-        large_.assign(small_.begin(), small_.begin() + static_cast<std::ptrdiff_t>(size_));
+    large_.resize(2 * room_ + needed);
+    if (data_ == small_.data()) {
+        std::copy_n(small_.data(), size_, large_.data());
     }
-    large_.resize(grown);
+    data_ = large_.data();
+    room_ = large_.size();
 }
 
 void CKeyMap::Builder::add(std::string_view key, std::string_view value)
 {
     const std::size_t needed = 1 + 2 * maxLengthBytes + key.size() + value.size();
-    if (room() - size_ < needed) {
+    if (room_ - size_ < needed) {
         grow(needed);
     }
-    const CKey known(key);
-    char* const entry = data() + size_;
-    *entry = static_cast<char>(known.code());
-    char* const behindKey = known.code() == otherKey ? putText(entry + 1, key) : entry + 1;
-    const char* const end = putText(behindKey, value);
-    ascending_ = ascending_ && (size_ == 0 || isBefore(data() + lastEntry_, entry));
+    char* const entry = data_ + size_;
+    char* at = entry;
+    if (const std::optional<format::Key> known = format::findKey(key)) {
+        *at++ = static_cast<char>(*known);
+    } else {
+        *at++ = static_cast<char>(otherKey);
+        at = putText(at, key);
+    }
+    at = putText(at, value);
+    ascending_ = ascending_ && (size_ == 0 || isBefore(data_ + lastEntry_, entry));
     lastEntry_ = size_;
-    size_ = static_cast<std::size_t>(end - data());
+    size_ = static_cast<std::size_t>(at - data_);
 }
 
 CKeyMap CKeyMap::Builder::finish() const
@@ -158,7 +160,7 @@ CKeyMap CKeyMap::Builder::finish() const
     }
     std::vector<Entry> entries;
     for (const char* at = packed().data(); at != packed().data() + size_;) {
-        entries.push_back(takeEntry(at));
+        entries.push_back(readEntry(at));
     }
     std::stable_sort(entries.begin(), entries.end(), [](auto& a, auto& b) { return a.key < b.key; });
     Builder sorted;

@@ -1,6 +1,7 @@
 #include "files/CLocalizer.h"
 
 #include "files/nextId.h"
+#include "format/numbers.h"
 
 CLocalizer::CLocalizer(CFilePath path, const CLog& log)
     : CDbFile(std::move(path), log)
@@ -26,11 +27,11 @@ long CLocalizer::increaseMaxStringID()
 {
     do {
         maxStringID_ = nextId(maxStringID_);
-    } while (!getLocalString(conversions::long2wstr(static_cast<unsigned long>(maxStringID_)), {}).empty());
+    } while (!getLocalString(format::long2wstr(static_cast<unsigned long>(maxStringID_)), {}).empty());
     return maxStringID_;
 }
 
-std::string_view CLocalizer::textOf(const CDbFile& object, CKey idKey, CKey textKey) const
+std::string_view CLocalizer::textOf(const CDbFile& object, format::Key idKey, format::Key textKey) const
 {
     // An absent string ID looks the empty key up, which a table line that begins with "=" has.
     const auto found = texts_.find(object.getParametr(idKey));

@@ -20,7 +20,7 @@ public:
 
     /// The display text of an object: the table's text under the string ID that the object's `idKey`
     /// holds, else the object's own text under `textKey`.
-    std::string_view textOf(const CDbFile& object, CKey idKey, CKey textKey) const;
+    std::string_view textOf(const CDbFile& object, format::Key idKey, format::Key textKey) const;
 
 private:
     /// Views into the key map.

@@ -1,31 +1,25 @@
 #include "files/CLog.h"
 
-#include "files/CFilePath.h"
-#include "qm/CQMFileSystem.h"
+#include "format/innerText.h"
+#include "format/paths.h"
 #include "qm/CQMOutputFile.h"
-#include "qm/CQMTranscoder.h"
 #include "qm/EQMException.h"
 
 void CLog::writeLogMessage(std::string_view message, bool info) const
 {
-    std::string line = info ? "" : "ERROR: ";
-    try {
-        line += qm::CQMTranscoder::TextToUTF8(message);
-    } catch (const qm::EQMException&) {
-        return;
+    if (const std::optional<std::string> bytes = format::text::toUtf8(message)) {
+        qm::appendToFile(logFile(), (info ? "" : "ERROR: ") + *bytes + '\n');
     }
-    line += '\n';
-    qm::appendToFile(getLogFileName(), line);
 }
 
 void CLog::deleteLogFile() const
 {
-    const std::string name = getLogFileName();
-    if (!qm::CQMFileSystem::FileExists(name)) {
+    const qm::NativePath file = logFile();
+    if (!qm::CQMFileSystem::FileExists(file)) {
         return;
     }
     try {
-        qm::CQMFileSystem::RemoveFile(name);
+        qm::CQMFileSystem::RemoveFile(file);
     } catch (const qm::EQMException&) {
         // A log that stays is no reason to refuse a database, on a read-only medium for one.
         return;
@@ -34,5 +28,10 @@ void CLog::deleteLogFile() const
 
 std::string CLog::getLogFileName() const
 {
-    return logDir_.empty() ? std::string(s_logFileName) : joinPath(logDir_, s_logFileName);
+    return logDir_.empty() ? std::string(s_logFileName) : format::joinPath(logDir_, s_logFileName);
+}
+
+qm::NativePath CLog::logFile() const
+{
+    return { AT_FDCWD, format::text::toLocale(getLogFileName()) };
 }

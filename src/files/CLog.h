@@ -1,6 +1,7 @@
 #pragma once
 
-#include "files/conversions.h"
+#include "format/numbers.h"
+#include "qm/CQMFileSystem.h"
 
 #include <concepts>
 #include <exception>
@@ -42,8 +43,9 @@ public:
 
 private:
     std::string getLogFileName() const;
+    qm::NativePath logFile() const;
 
-    /// A line for which there is no memory is lost; what it tells of goes on.
+    /// A line for which there is no memory is lost; what it reports goes on.
     template <class... Parts>
     void write(bool info, const Parts&... parts) const noexcept
     try {
@@ -56,7 +58,7 @@ private:
     static void append(std::string& message, std::string_view part) { message += part; }
     static void append(std::string& message, std::integral auto number)
     {
-        message += conversions::long2wstr(static_cast<unsigned long>(number));
+        message += format::long2wstr(static_cast<unsigned long>(number));
     }
 
     std::string logDir_;

@@ -6,9 +6,9 @@
 /// string table may localise. `localizer` must outlive the object.
 class CEntity : public CDbFile {
 public:
-    static constexpr CKey s_IDKey = "ID";
-    static constexpr CKey s_NameKey = "Name";
-    static constexpr CKey s_NameIDKey = "NameID";
+    static constexpr format::Key s_IDKey = format::Key::ID;
+    static constexpr format::Key s_NameKey = format::Key::Name;
+    static constexpr format::Key s_NameIDKey = format::Key::NameID;
 
     CEntity(const CLog& log, CLocalizer& localizer) noexcept
         : CDbFile(log)
@@ -27,6 +27,16 @@ public:
     void setID(long id) { setNumber(s_IDKey, id); }
     void setName(std::string_view name) { setParametr(s_NameKey, name); }
     void setNameID(long id) { setNumber(s_NameIDKey, id); }
+
+    /// Raises the highest string ID to those that the descriptor holds.
+    void noteStringIds(const format::DescriptorKind& kind) const
+    {
+        for (const format::KeyRule& rule : kind.keys) {
+            if (rule.value == format::ValueKind::StringId) {
+                localizer_->updateMaxStringID(getNumber(rule.key)); // an absent one counts as 0
+            }
+        }
+    }
 
 protected:
     CLocalizer& localizer() const noexcept { return *localizer_; }

@@ -1,10 +1,8 @@
 #pragma once
 
-#include "qm/CQMDirectory.h"
 #include "qmdatabase/status.h"
 
 #include <algorithm>
-#include <memory>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -24,14 +22,14 @@ public:
     auto begin() const noexcept { return entries_.begin(); }
     auto end() const noexcept { return entries_.end(); }
 
-    /// Makes room for so many objects to be loaded.
-    void beginLoading(std::size_t count) { entries_.reserve(count); }
+    /// Makes room for so many objects in all.
+    void reserve(std::size_t count) { entries_.reserve(count); }
 
-    /// Takes objects in any order; they can be found once finishLoading() has been called.
-    void load(long id, Object&& object) { entries_.push_back({ id, std::move(object) }); }
+    /// Appends objects in any order; they can be found once sort() has been called.
+    void append(long id, Object&& object) { entries_.push_back({ id, std::move(object) }); }
 
-    /// Brings the objects in order. Of objects with one ID the one loaded last stands.
-    void finishLoading()
+    /// Brings the objects in order. Of objects with one ID the one appended last stands.
+    void sort()
     {
         if (entries_.size() == entries_.capacity() && isAscending()) {
             return;
@@ -50,61 +48,37 @@ public:
         entries_ = std::move(sorted);
     }
 
-    /// The object with this ID; null when there is none.
-    const Object* find(long id) const noexcept
+    /// Makes room for one object more, so that inserting it cannot fail.
+    void reserveOne()
     {
-        const auto at = std::ranges::lower_bound(entries_, id, {}, &Entry::id);
-        return at != entries_.end() && at->id == id ? &at->object : nullptr;
-    }
-    Object* find(long id) noexcept { return const_cast<Object*>(std::as_const(*this).find(id)); }
-
-    /// 0 when there is an object with this ID, -9 when the map is empty, -2 otherwise.
-    int check(long id) const noexcept
-    {
-        if (empty()) {
-            return QMDB_E_EMPTY;
-        }
-        return find(id) ? QMDB_OK : QMDB_E_NOT_FOUND;
-    }
-
-    /// Saves a new object and takes it in, in the place of one with its ID.
-    int saveAndInsert(Object object, const qm::CQMDirectory& directory)
-    {
-        // Room is made first, so that what stands on the disk also stands in the map.
         if (entries_.size() == entries_.capacity()) {
             entries_.reserve(2 * entries_.size() + 1);
         }
-        const long id = object.getID();
-        const int code = object.saveFile(directory);
-        if (code == QMDB_OK) {
-            const auto at = std::ranges::lower_bound(entries_, id, {}, &Entry::id);
-            if (at != entries_.end() && at->id == id) {
-                at->object = std::move(object);
-            } else {
-                entries_.insert(at, { id, std::move(object) });
-            }
-        }
-        return code;
     }
 
-    /// Makes the caller's array of records, one for each object; -9 when there is none.
-    template <class Record, class Fill>
-    int list(Record*& records, int& count, Fill&& fill) const
+    /// Inserts an object, in the place of one with its ID.
+    void insert(long id, Object&& object)
     {
-        records = nullptr;
-        count = static_cast<int>(size());
-        if (empty()) {
-            return QMDB_E_EMPTY;
+        const auto at = std::ranges::lower_bound(entries_, id, {}, &Entry::id);
+        if (at != entries_.end() && at->id == id) {
+            at->object = std::move(object);
+        } else {
+            entries_.insert(at, { id, std::move(object) });
         }
-        auto array = std::make_unique<Record[]>(size());
-        for (std::size_t i = 0; i < size(); ++i) {
-            fill(entries_[i].object, array[i]);
-        }
-        records = array.release();
-        return QMDB_OK;
     }
+
+    /// The object with this ID; null when there is none.
+    const Object* find(long id) const noexcept { return find(entries_, id); }
+    Object* find(long id) noexcept { return find(entries_, id); }
 
 private:
+    template <class Entries>
+    static auto find(Entries& entries, long id) noexcept -> decltype(&entries.front().object)
+    {
+        const auto at = std::ranges::lower_bound(entries, id, {}, &Entry::id);
+        return at != entries.end() && at->id == id ? &at->object : nullptr;
+    }
+
     bool isAscending() const
     {
         return std::ranges::is_sorted(entries_, std::ranges::less_equal {}, &Entry::id);
@@ -112,3 +86,14 @@ private:
 
     std::vector<Entry> entries_;
 };
+
+/// Looks for an object of a CIdMap: 0 and the object, -9 when there is none at all, -2 when none has the ID.
+template <class Map, class Object>
+int find(Map& objects, long id, Object*& object)
+{
+    object = objects.find(id);
+    if (object) {
+        return QMDB_OK;
+    }
+    return objects.empty() ? QMDB_E_EMPTY : QMDB_E_NOT_FOUND;
+}

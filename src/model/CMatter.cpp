@@ -1,12 +1,12 @@
 #include "model/CMatter.h"
 
-#include "qmdatabase/status.h"
+#include "format/recordText.h"
+#include "format/vocabulary.h"
+#include "model/lists.h"
 
 #include <algorithm>
 
 namespace {
-
-constexpr long none = -1;
 
 template <class Entity>
 bool hasName(const CIdMap<Entity>& entities, std::string_view name)
@@ -18,36 +18,35 @@ bool hasName(const CIdMap<Entity>& entities, std::string_view name)
 template <class Owner>
 int listParams(const CIdMap<Owner>& owners, long ownerId, PARAMETER*& params, int& count)
 {
-    params = nullptr;
-    count = 0;
-    const int code = owners.check(ownerId);
-    return code == QMDB_OK ? owners.find(ownerId)->heads.list(params, count) : code;
+    const Owner* owner = nullptr;
+    const int code = find(owners, ownerId, owner);
+    return code == QMDB_OK ? owner->heads.list(params, count) : code;
 }
 
 template <class Owner>
 int readValue(const CIdMap<Owner>& owners, long ownerId, long paramId, IDbData*& value)
 {
-    value = nullptr;
-    const int code = owners.check(ownerId);
-    return code == QMDB_OK ? owners.find(ownerId)->heads.getParamData(paramId, value) : code;
+    const Owner* owner = nullptr;
+    const int code = find(owners, ownerId, owner);
+    return code == QMDB_OK ? owner->heads.getParamData(paramId, value) : code;
 }
 
 } // namespace
 
 int CMatter::getPhases(PHASE*& records, int& count) const
 {
-    return phases.list(records, count, [](const CPhase& phase, PHASE& record) {
+    return listRecords(phases, records, count, [](const CPhase& phase, PHASE& record) {
         record.id = phase.getID();
-        conversions::copyWStringToWtchar(phase.getName(), record.name);
+        format::copyWStringToWtchar(phase.getName(), record.name);
         record.aggreg = phase.getAggreg();
     });
 }
 
 int CMatter::getPhaseChanges(PHASECHANGE*& records, int& count) const
 {
-    return phaseChanges.list(records, count, [](const CPhaseChange& change, PHASECHANGE& record) {
+    return listRecords(phaseChanges, records, count, [](const CPhaseChange& change, PHASECHANGE& record) {
         record.id = change.getID();
-        conversions::copyWStringToWtchar(change.getName(), record.name);
+        format::copyWStringToWtchar(change.getName(), record.name);
         record.phase1 = change.getPhase1();
         record.phase2 = change.getPhase2();
     });
@@ -65,10 +64,10 @@ int CMatter::getPhaseChangeParams(long phaseChangeId, PARAMETER*& params, int& c
 
 int CMatter::getParamValue(long phaseId, long phaseChangeId, long paramId, IDbData*& value) const
 {
-    if (phaseId != none) {
+    if (phaseId != format::noId) {
         return readValue(phases, phaseId, paramId, value);
     }
-    if (phaseChangeId != none) {
+    if (phaseChangeId != format::noId) {
         return readValue(phaseChanges, phaseChangeId, paramId, value);
     }
     return heads.getParamData(paramId, value);

@@ -6,10 +6,10 @@
 /// One substance of an open database, with its phases, phase changes and parameter heads.
 class CMatter : public CEntity {
 public:
-    static constexpr CKey s_MixtureKey = "Mixture";
-    static constexpr CKey s_CompositionKey = "Composition";
-    static constexpr CKey s_CommentKey = "Comment";
-    static constexpr CKey s_CommentIDKey = "CommentID";
+    static constexpr format::Key s_MixtureKey = format::Key::Mixture;
+    static constexpr format::Key s_CompositionKey = format::Key::Composition;
+    static constexpr format::Key s_CommentKey = format::Key::Comment;
+    static constexpr format::Key s_CommentIDKey = format::Key::CommentID;
 
     /// An empty one to be filled and saved.
     CMatter(const CLog& log, CLocalizer& localizer) noexcept
@@ -47,4 +47,7 @@ public:
 
 private:
     int loadBelow(CDirectory& directory);
+    template <class Child>
+    int loadChildren(CIdMap<Child>& children, long& maxId, CDirectory& directory,
+        const format::DescriptorKind& kind, const LoadMessages& messages);
 };

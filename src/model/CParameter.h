@@ -5,13 +5,13 @@
 /// One parameter description: what a property is, once for the whole database.
 class CParameter : public CEntity {
 public:
-    static constexpr CKey s_UnitsKey = "Units";
-    static constexpr CKey s_UnitsIDKey = "UnitsID";
-    static constexpr CKey s_BinaryKey = "Binary";
-    static constexpr CKey s_ScalarKey = "Scalar";
-    static constexpr CKey s_VectorKey = "Vector";
-    static constexpr CKey s_AvForPhasesKey = "AvForPhases";
-    static constexpr CKey s_DataTypesKey = "DataTypes";
+    static constexpr format::Key s_UnitsKey = format::Key::Units;
+    static constexpr format::Key s_UnitsIDKey = format::Key::UnitsID;
+    static constexpr format::Key s_BinaryKey = format::Key::Binary;
+    static constexpr format::Key s_ScalarKey = format::Key::Scalar;
+    static constexpr format::Key s_VectorKey = format::Key::Vector;
+    static constexpr format::Key s_AvForPhasesKey = format::Key::AvForPhases;
+    static constexpr format::Key s_DataTypesKey = format::Key::DataTypes;
 
     CParameter(const FoundFile& file, const CLog& log, CLocalizer& localizer);
 

@@ -1,6 +1,7 @@
 #include "model/CParameterData.h"
 
-#include "qm/CQMFileSystem.h"
+#include "format/innerText.h"
+#include "format/paths.h"
 #include "qmdatabase/status.h"
 #include "values/CDataFile.h"
 #include "values/formats.h"
@@ -23,9 +24,10 @@ int loadAs(const CParameterData& head, const std::string& path, PARAM_TYPE type,
 }
 
 template <class Plain>
-int saveAs(const CParameterData& head, const values::DataFilePlace& place, const IDbData& value)
+int saveAs(const CParameterData& head, const CDirectory& directory, const IDbData& value)
 {
-    return values::save(head, place, values::plainCopy<Plain>(value));
+    return values::save(
+        head, directory, std::string(head.getDataFileName()), values::plainCopy<Plain>(value));
 }
 
 } // namespace
@@ -33,14 +35,12 @@ int saveAs(const CParameterData& head, const values::DataFilePlace& place, const
 CParameterData::CParameterData(const FoundFile& file, const CLog& log)
     : CDbFile(file, log)
 {
-    if (status == QMDB_OK) {
-        requireKeys({ s_IDKey, s_VectorKey, s_TypeKey, s_DataKey });
-    }
+    constexpr format::KeySet required = format::headKind.requiredKeys();
+    requireKeys(required);
 }
 
 int CParameterData::getData(IDbData*& result) const
 {
-    result = nullptr;
     const std::string dataPath = dataFilePath();
     const PARAM_TYPE type = getType();
     switch (type) {
@@ -56,26 +56,27 @@ int CParameterData::getData(IDbData*& result) const
         return isVector() ? loadAs<IDbDataTable2DVector>(*this, dataPath, type, result)
                           : loadAs<IDbDataTable2D>(*this, dataPath, type, result);
     default:
-        // A missing file is told before a type that nothing reads.
-        return qm::CQMFileSystem::Exists(dataPath) ? QMDB_E_NOT_FOUND : values::tellMissing(log(), dataPath);
+        // A missing file is reported before a type that nothing reads.
+        return qm::CQMFileSystem::Exists({ AT_FDCWD, format::text::toLocale(dataPath) })
+            ? QMDB_E_NOT_FOUND
+            : values::reportMissing(log(), dataPath);
     }
 }
 
-int CParameterData::setData(const IDbData& value, const qm::CQMDirectory& directory) const
+int CParameterData::setData(const IDbData& value, const CDirectory& directory) const
 {
-    const values::DataFilePlace place { dataFilePath(), directory };
     switch (getType()) {
     case PARAM_TYPE_CONSTANT:
-        return isVector() ? saveAs<values::PlainConstVector>(*this, place, value)
-                          : saveAs<values::PlainConst>(*this, place, value);
+        return isVector() ? saveAs<values::PlainConstVector>(*this, directory, value)
+                          : saveAs<values::PlainConst>(*this, directory, value);
     case PARAM_TYPE_TABLE_T:
     case PARAM_TYPE_TABLE_P:
-        return isVector() ? saveAs<values::PlainTable<TABLEROWVECT>>(*this, place, value)
-                          : saveAs<values::PlainTable<TABLEROW>>(*this, place, value);
+        return isVector() ? saveAs<values::PlainTable<TABLEROWVECT>>(*this, directory, value)
+                          : saveAs<values::PlainTable<TABLEROW>>(*this, directory, value);
     case PARAM_TYPE_TABLE2D_T:
     case PARAM_TYPE_TABLE2D_X:
-        return isVector() ? saveAs<values::PlainTable2D<SUBTABLEVECT>>(*this, place, value)
-                          : saveAs<values::PlainTable2D<SUBTABLECONST>>(*this, place, value);
+        return isVector() ? saveAs<values::PlainTable2D<SUBTABLEVECT>>(*this, directory, value)
+                          : saveAs<values::PlainTable2D<SUBTABLECONST>>(*this, directory, value);
     default:
         return QMDB_E_NOT_FOUND;
     }
@@ -83,5 +84,5 @@ int CParameterData::setData(const IDbData& value, const qm::CQMDirectory& direct
 
 std::string CParameterData::dataFilePath() const
 {
-    return joinPath(*path.directoryPart(), getDataFileName());
+    return format::joinPath(*path.directoryPart(), getDataFileName());
 }

@@ -7,10 +7,10 @@
 /// the head holds the numbers.
 class CParameterData : public CDbFile {
 public:
-    static constexpr CKey s_IDKey = "ID";
-    static constexpr CKey s_VectorKey = "Vector";
-    static constexpr CKey s_TypeKey = "Type";
-    static constexpr CKey s_DataKey = "Data";
+    static constexpr format::Key s_IDKey = format::Key::ID;
+    static constexpr format::Key s_VectorKey = format::Key::Vector;
+    static constexpr format::Key s_TypeKey = format::Key::Type;
+    static constexpr format::Key s_DataKey = format::Key::Data;
 
     /// An empty head to be filled and saved.
     explicit CParameterData(const CLog& log) noexcept
@@ -27,15 +27,15 @@ public:
 
     void setID(long id) { setNumber(s_IDKey, id); }
     void setType(PARAM_TYPE type) { setNumber(s_TypeKey, type); }
-    void setVector(bool vector) { setParametr(s_VectorKey, vector ? "1" : "0"); }
+    void setVector(bool vector) { setFlag(s_VectorKey, vector); }
     void setDataFileName(std::string_view name) { setParametr(s_DataKey, name); }
 
-    /// Reads the data file into a new value, which belongs to the caller; null on failure.
+    /// Reads the data file into a new value, which belongs to the caller; on failure `result` stays.
     int getData(IDbData*& result) const;
 
-    /// Writes the data file into `directory`, the head's own. The head's type and vector flag, which must be
-    /// set, tell the value's class; the value's own fields are not looked at.
-    int setData(const IDbData& value, const qm::CQMDirectory& directory) const;
+    /// Writes the data file into `directory`, the head's own, which is open. The head's type and vector flag,
+    /// which must be set, tell the value's class; the value's own fields are not looked at.
+    int setData(const IDbData& value, const CDirectory& directory) const;
 
 private:
     std::string dataFilePath() const;

@@ -4,8 +4,9 @@
 
 namespace {
 
-constexpr HeadMessages headMessages = {
+constexpr LoadMessages headMessages = {
     "Start to search for phase parameters",
+    "Cannot load parameter head file: ",
     "Phase parameter head has been added to database: ",
     "Phase parameters have been added, ",
 };
@@ -15,11 +16,10 @@ constexpr HeadMessages headMessages = {
 CPhase::CPhase(const FoundFile& file, const CLog& log, CLocalizer& localizer)
     : CEntity(file, log, localizer)
 {
+    constexpr format::KeySet required = format::phaseKind.requiredKeys();
+    requireKeys(required);
     if (status == QMDB_OK) {
-        requireKeys({ s_IDKey, s_NameKey, s_AggregKey });
-    }
-    if (status == QMDB_OK) {
-        status = file.withDirectoryPart(
-            [&](CDirectory& directory) { return heads.load(directory, log, headMessages); });
+        std::optional<CDirectory> other;
+        status = heads.load(file.neighbours(other), log, headMessages);
     }
 }

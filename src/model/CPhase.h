@@ -6,7 +6,7 @@
 /// One phase of a substance, with its parameter heads.
 class CPhase : public CEntity {
 public:
-    static constexpr CKey s_AggregKey = "Aggreg";
+    static constexpr format::Key s_AggregKey = format::Key::Aggreg;
 
     /// An empty one to be filled and saved.
     CPhase(const CLog& log, CLocalizer& localizer) noexcept

@@ -4,8 +4,9 @@
 
 namespace {
 
-constexpr HeadMessages headMessages = {
+constexpr LoadMessages headMessages = {
     "Start to search for phase change parameters",
+    "Cannot load parameter head file: ",
     "Phase change parameter head has been added to database: ",
     "Phase change parameters have been added, ",
 };
@@ -15,11 +16,10 @@ constexpr HeadMessages headMessages = {
 CPhaseChange::CPhaseChange(const FoundFile& file, const CLog& log, CLocalizer& localizer)
     : CEntity(file, log, localizer)
 {
+    constexpr format::KeySet required = format::phaseChangeKind.requiredKeys();
+    requireKeys(required);
     if (status == QMDB_OK) {
-        requireKeys({ s_IDKey, s_NameKey, s_Phase1Key, s_Phase2Key });
-    }
-    if (status == QMDB_OK) {
-        status = file.withDirectoryPart(
-            [&](CDirectory& directory) { return heads.load(directory, log, headMessages); });
+        std::optional<CDirectory> other;
+        status = heads.load(file.neighbours(other), log, headMessages);
     }
 }

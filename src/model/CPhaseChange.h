@@ -6,8 +6,8 @@
 /// One phase change of a substance, with its parameter heads.
 class CPhaseChange : public CEntity {
 public:
-    static constexpr CKey s_Phase1Key = "Phase1";
-    static constexpr CKey s_Phase2Key = "Phase2";
+    static constexpr format::Key s_Phase1Key = format::Key::Phase1;
+    static constexpr format::Key s_Phase2Key = format::Key::Phase2;
 
     /// An empty one to be filled and saved.
     CPhaseChange(const CLog& log, CLocalizer& localizer) noexcept

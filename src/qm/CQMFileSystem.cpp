@@ -1,13 +1,11 @@
 #include "qm/CQMFileSystem.h"
 
-#include "qm/CNativePath.h"
-#include "qm/CQMInputFile.h"
 #include "qm/EQMException.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <span>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace qm {
 
@@ -48,55 +46,58 @@ constexpr ErrorMapping removeFileErrors[] = {
 
 } // namespace
 
-PathParts CQMFileSystem::SplitPath(std::string_view path, bool dropPoint) noexcept
+FileHandle CQMFileSystem::Open(const NativePath& path, int flags, mode_t mode)
 {
-    const std::size_t separator = path.find_last_of("/\\");
-    const std::size_t start = separator == std::string_view::npos ? 0 : separator + 1;
-    PathParts parts;
-    parts.dir = start >= 2 ? path.substr(0, separator) : std::string_view();
-    parts.name = path.substr(start);
-    const std::size_t point = parts.name.rfind('.');
-    if (point != std::string_view::npos) {
-        parts.ext = parts.name.substr(dropPoint ? point + 1 : point);
-        parts.name = parts.name.substr(0, point);
-    }
-    return parts;
+    return FileHandle(::openat(path.directory, path.path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, mode));
 }
 
-std::string_view CQMFileSystem::ExtractDir(std::string_view path) noexcept
+FileHandle CQMFileSystem::OpenDirectory(const NativePath& path)
 {
-    return SplitPath(path, false).dir;
+    return Open(path, O_RDONLY | O_DIRECTORY);
 }
 
-std::string_view CQMFileSystem::ExtractName(std::string_view path) noexcept
-{
-    return SplitPath(path, false).name;
-}
-
-bool CQMFileSystem::Exists(const std::string& path)
+bool CQMFileSystem::Exists(const NativePath& path)
 {
     struct stat status { };
-    return ::stat(CNativePath(path).c_str(), &status) == 0;
+    return ::fstatat(path.directory, path.path.c_str(), &status, 0) == 0;
 }
 
-bool CQMFileSystem::FileExists(const std::string& path)
+bool CQMFileSystem::FileExists(const NativePath& path)
 {
-    return CQMInputFile(path).isOpen();
+    return static_cast<bool>(Open(path, O_RDONLY));
 }
 
-void CQMFileSystem::MakeDir(const std::string& path, const CQMDirectory& parent)
+void CQMFileSystem::MakeDir(const NativePath& path)
 {
-    const PathBase base = parent.base();
-    if (::mkdirat(base.directory, CNativePath(path, base).c_str(), 0750) != 0 || !parent.flush()) {
-        throwFor(errno, makeDirErrors);
+    if (::mkdirat(path.directory, path.path.c_str(), 0750) != 0) {
+        ThrowMakeDirError(errno);
     }
 }
 
-void CQMFileSystem::RemoveFile(const std::string& path)
+void CQMFileSystem::RemoveFile(const NativePath& path)
 {
-    if (std::remove(CNativePath(path).c_str()) != 0) {
+    int result = ::unlinkat(path.directory, path.path.c_str(), 0);
+    if (result != 0 && errno == EISDIR) {
+        result = ::unlinkat(path.directory, path.path.c_str(), AT_REMOVEDIR);
+    }
+    if (result != 0) {
         throwFor(errno, removeFileErrors);
     }
+}
+
+void CQMFileSystem::TryRemoveFile(const NativePath& path) noexcept
+{
+    static_cast<void>(::unlinkat(path.directory, path.path.c_str(), 0));
+}
+
+bool CQMFileSystem::Flush(int descriptor) noexcept
+{
+    return ::fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;
+}
+
+void CQMFileSystem::ThrowMakeDirError(int number)
+{
+    throwFor(number, makeDirErrors);
 }
 
 } // namespace qm

@@ -1,38 +1,47 @@
 #pragma once
 
-#include "qm/CQMDirectory.h"
+#include "qm/handles.h"
 
+#include <fcntl.h>
 #include <string>
-#include <string_view>
 
 namespace qm {
 
-/// A path cut into its parts.
-struct PathParts {
-    std::string_view dir; ///< without its last separator
-    std::string_view name; ///< without the extension
-    std::string_view ext;
+/// A path as the system takes it, in the locale's encoding: relative to an open directory, or by default
+/// to where the process stands.
+struct NativePath {
+    int directory = AT_FDCWD; ///< must stay open while the path is used
+    std::string path;
 };
 
-/// Paths, file tests, and the making and removing of entries. Paths are inner text (qm/text.h).
+/// Opening, testing, making and removing of entries.
 class CQMFileSystem {
 public:
-    /// Cuts at the last "/" or "\" and at the last "." behind it; the parts view `path`.
-    /// A leading separator alone gives no directory.
-    static PathParts SplitPath(std::string_view path, bool dropPoint) noexcept;
-    static std::string_view ExtractDir(std::string_view path) noexcept;
-    static std::string_view ExtractName(std::string_view path) noexcept;
+    /// Opens with O_CLOEXEC and without waiting, so that a FIFO cannot hang the host. The handle is empty
+    /// on failure, and errno says why.
+    static FileHandle Open(const NativePath& path, int flags, mode_t mode = 0);
+    /// Opens a directory for listing it, flushing it and walking paths from it.
+    static FileHandle OpenDirectory(const NativePath& path);
 
     /// True when something stands at the path; links are followed, an error counts as nothing.
-    static bool Exists(const std::string& path);
+    static bool Exists(const NativePath& path);
     /// True when the path can be opened for reading; a directory can.
-    static bool FileExists(const std::string& path);
+    static bool FileExists(const NativePath& path);
 
-    /// Makes one directory (mode 0750 before the umask) in `parent`, which is flushed to the disk.
-    /// Throws EQMException, also when something stands there already.
-    static void MakeDir(const std::string& path, const CQMDirectory& parent);
+    /// Makes one directory (mode 0750 before the umask). Throws EQMException, also when something stands
+    /// there already.
+    static void MakeDir(const NativePath& path);
     /// Removes a file or an empty directory. Throws EQMException.
-    static void RemoveFile(const std::string& path);
+    static void RemoveFile(const NativePath& path);
+
+    /// Removes a file; failures are ignored.
+    static void TryRemoveFile(const NativePath& path) noexcept;
+
+    /// Flushes an open file or directory to the disk, where the file system has the operation.
+    static bool Flush(int descriptor) noexcept;
+
+    /// Throws what MakeDir() throws for an error number.
+    [[noreturn]] static void ThrowMakeDirError(int number);
 };
 
 } // namespace qm

@@ -1,11 +1,9 @@
 #include "qm/CQMOutputFile.h"
 
-#include "qm/CNativePath.h"
-
 #include <cerrno>
 #include <cstdio>
-#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace qm {
 
@@ -13,8 +11,7 @@ namespace {
 
 constexpr mode_t newFileMode = 0666; // before the umask
 constexpr std::size_t pieceSize = 65536;
-// Not waiting matters for a FIFO at the path: opening it then fails instead of hanging the host.
-constexpr int writingFlags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK;
+constexpr int writingFlags = O_WRONLY | O_CREAT;
 
 bool writeAll(int file, std::string_view bytes)
 {
@@ -31,9 +28,9 @@ bool writeAll(int file, std::string_view bytes)
     return true;
 }
 
-bool writeInPlace(const std::string& path, std::string_view bytes, PathBase base)
+bool writeInPlace(const NativePath& path, std::string_view bytes)
 {
-    CQMOutputFile file(path, base);
+    CQMOutputFile file(path);
     if (!file.isOpen()) {
         return false;
     }
@@ -41,23 +38,24 @@ bool writeInPlace(const std::string& path, std::string_view bytes, PathBase base
     return file.finish();
 }
 
-bool isLink(int directory, const std::string& name)
+bool isLink(const NativePath& path)
 {
     struct stat status { };
-    return ::fstatat(directory, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(status.st_mode);
+    return ::fstatat(path.directory, path.path.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0
+        && S_ISLNK(status.st_mode);
 }
 
-/// A file under a name that no scan of the database matches; removed unless it was moved away.
+/// A file beside its target, removed unless it was moved there.
 class TemporaryFile {
 public:
-    TemporaryFile(std::string target, int directory)
-        : target_(std::move(target))
-        , directory_(directory)
+    TemporaryFile(const NativePath& target, std::string_view ending)
+        : target_(target)
+        , own_(target)
     {
         // Names that an interrupted addition has left are stepped over.
         for (int number = 1; !file_ && number < 1000; ++number) {
-            name_ = target_ + "." + std::to_string(number) + ".tmp";
-            file_ = FileHandle(::openat(directory_, name_.c_str(), writingFlags | O_EXCL, newFileMode));
+            own_.path = target_.path + "." + std::to_string(number) + std::string(ending);
+            file_ = CQMFileSystem::Open(own_, writingFlags | O_EXCL, newFileMode);
             if (!file_ && errno != EEXIST) {
                 return;
             }
@@ -68,38 +66,39 @@ public:
     ~TemporaryFile()
     {
         if (file_ && !moved_) {
-            ::unlinkat(directory_, name_.c_str(), 0);
+            CQMFileSystem::TryRemoveFile(own_);
         }
     }
 
     bool fill(std::string_view bytes)
     {
-        return file_ && writeAll(file_.get(), bytes) && flushToDisk(file_.get());
+        return file_ && writeAll(file_.get(), bytes) && CQMFileSystem::Flush(file_.get());
     }
 
     bool moveIntoPlace()
     {
-        if (::renameat2(directory_, name_.c_str(), directory_, target_.c_str(), RENAME_NOREPLACE) == 0) {
+        if (::renameat2(
+                own_.directory, own_.path.c_str(), target_.directory, target_.path.c_str(), RENAME_NOREPLACE)
+            == 0) {
             moved_ = true;
             return true;
         }
         // File systems without the operation; the destructor takes the second name away.
         return (errno == EINVAL || errno == ENOSYS)
-            && ::linkat(directory_, name_.c_str(), directory_, target_.c_str(), 0) == 0;
+            && ::linkat(own_.directory, own_.path.c_str(), target_.directory, target_.path.c_str(), 0) == 0;
     }
 
 private:
-    std::string target_;
-    int directory_;
-    std::string name_;
+    const NativePath& target_;
+    NativePath own_;
     FileHandle file_;
     bool moved_ = false;
 };
 
 } // namespace
 
-CQMOutputFile::CQMOutputFile(const std::string& path, PathBase base)
-    : file_(::openat(base.directory, CNativePath(path, base).c_str(), writingFlags | O_TRUNC, newFileMode))
+CQMOutputFile::CQMOutputFile(const NativePath& path)
+    : file_(CQMFileSystem::Open(path, writingFlags | O_TRUNC, newFileMode))
 {
 }
 
@@ -114,7 +113,7 @@ void CQMOutputFile::append(std::string_view bytes)
 bool CQMOutputFile::finish()
 {
     writeOut();
-    return flushToDisk(file_.get()) && good_;
+    return CQMFileSystem::Flush(file_.get()) && good_;
 }
 
 void CQMOutputFile::writeOut()
@@ -123,32 +122,21 @@ void CQMOutputFile::writeOut()
     pending_.clear();
 }
 
-bool writeWholeFile(const std::string& path, std::string_view bytes, const CQMDirectory& directory)
+bool writeWholeFile(const NativePath& path, std::string_view bytes, std::string_view temporaryEnding)
 {
-    const PathBase base = directory.base();
-    const std::string target = CNativePath(path, base).c_str();
-    if (target.empty()) {
+    if (path.path.empty()) {
+        return false; // a name that the locale cannot convert
+    }
+    TemporaryFile file(path, temporaryEnding);
+    if (!file.fill(bytes)) {
         return false;
     }
-    {
-        TemporaryFile file(target, base.directory);
-        if (!file.fill(bytes)) {
-            return false;
-        }
-        if (!file.moveIntoPlace()) {
-            return errno == EEXIST && isLink(base.directory, target) && writeInPlace(path, bytes, base);
-        }
-    }
-    if (!directory.flush()) {
-        ::unlinkat(base.directory, target.c_str(), 0);
-        return false;
-    }
-    return true;
+    return file.moveIntoPlace() || (errno == EEXIST && isLink(path) && writeInPlace(path, bytes));
 }
 
-void appendToFile(const std::string& path, std::string_view bytes)
+void appendToFile(const NativePath& path, std::string_view bytes)
 {
-    const FileHandle file(::open(CNativePath(path).c_str(), writingFlags | O_APPEND, newFileMode));
+    const FileHandle file = CQMFileSystem::Open(path, writingFlags | O_APPEND, newFileMode);
     if (file) {
         static_cast<void>(writeAll(file.get(), bytes));
     }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "qm/CQMDirectory.h"
-#include "qm/handles.h"
+#include "qm/CQMFileSystem.h"
 
 #include <string>
 #include <string_view>
@@ -11,8 +10,8 @@ namespace qm {
 /// A file being written in place: made when missing, emptied when present.
 class CQMOutputFile {
 public:
-    /// `path` is inner text; ask isOpen() for the outcome.
-    explicit CQMOutputFile(const std::string& path, PathBase base = {});
+    /// Ask isOpen() for the outcome.
+    explicit CQMOutputFile(const NativePath& path);
 
     bool isOpen() const noexcept { return static_cast<bool>(file_); }
 
@@ -30,15 +29,15 @@ private:
     bool good_ = true;
 };
 
-/// Writes a whole file in `directory` so that it appears at `path` complete or not at all, flushed to
-/// the disk.
+/// Writes a whole file so that it appears complete or not at all, flushed to the disk.
 ///
-/// The bytes are written beside it and moved into place without replacing what may stand there; only
-/// where a link stands, it is what the link names that is written. False when the file does not stand
-/// complete; a half-made one is removed.
-bool writeWholeFile(const std::string& path, std::string_view bytes, const CQMDirectory& directory);
+/// The bytes are written beside it, under its name with `temporaryEnding` behind, and moved into place
+/// without replacing what may stand there; only where a link stands, it is what the link names that is
+/// written. False when the file does not stand complete; a half-made one is removed. The caller flushes
+/// the directory.
+bool writeWholeFile(const NativePath& path, std::string_view bytes, std::string_view temporaryEnding);
 
 /// Appends bytes to a file in one piece, making it when missing. Never waits; failures are ignored.
-void appendToFile(const std::string& path, std::string_view bytes);
+void appendToFile(const NativePath& path, std::string_view bytes);
 
 } // namespace qm

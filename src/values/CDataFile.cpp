@@ -1,24 +1,23 @@
 #include "values/CDataFile.h"
 
-#include "files/descriptorLine.h"
-#include "files/plainNumbers.h"
-#include "qm/CQMFileSystem.h"
+#include "format/innerText.h"
+#include "format/rows.h"
 #include "qmdatabase/status.h"
 
 namespace values {
 
-int tellMissing(const CLog& log, std::string_view path)
+int reportMissing(const CLog& log, std::string_view path)
 {
-    log.error("Parameter data file doesn't exists: ", path);
+    log.error("Parameter data file doesn't exists: ", path); // a fixed text, as it stands
     return QMDB_E_NO_DATA_FILE;
 }
 
 CDataFile::CDataFile(const CLog& log, const std::string& path)
     : log_(log)
     , path_(path)
-    , file_(path)
-    , lines_(file_, false)
-    , plainNumbersAllowed_(conversions::plainNumbersAllowed())
+    , file_({ AT_FDCWD, format::text::toLocale(path) })
+    , lines_(file_)
+    , plainNumbersAllowed_(format::plainNumbersAllowed())
 {
 }
 
@@ -27,8 +26,8 @@ int CDataFile::checkOpen() const
     if (file_.isOpen()) {
         return QMDB_OK;
     }
-    if (!qm::CQMFileSystem::Exists(path_)) {
-        return tellMissing(log_, path_);
+    if (!qm::CQMFileSystem::Exists({ AT_FDCWD, format::text::toLocale(path_) })) {
+        return reportMissing(log_, path_);
     }
     log_.error("Cannot open parameter data file: ", path_);
     return QMDB_E_FILE;
@@ -44,32 +43,15 @@ int CDataFile::next()
     return QMDB_E_READ;
 }
 
-bool CDataFile::readPlainNumbers(std::span<double> numbers) const noexcept
+bool CDataFile::parsePlainRow(std::span<double> numbers) const noexcept
 {
-    if (!plainNumbersAllowed_) {
-        return false;
-    }
-    const char* at = bytes_.data();
-    const char* const end = at + bytes_.size();
-    for (double& number : numbers) {
-        if (&number != numbers.data() && (at == end || *at != ' ')) {
-            return false;
-        }
-        while (at != end && *at == ' ' && &number != numbers.data()) {
-            ++at;
-        }
-        at = conversions::takePlainNumber(at, end, number);
-        if (!at) {
-            return false;
-        }
-    }
-    return at == end || (*at == '\r' && at + 1 == end);
+    return plainNumbersAllowed_ && format::parsePlainRow(bytes_, numbers);
 }
 
 std::string_view CDataFile::text()
 {
     if (!isDecoded_) {
-        text_ = decodeLine(bytes_, false, decoded_);
+        text_ = decoder_.decode(bytes_);
         isDecoded_ = true;
     }
     return text_;
@@ -77,7 +59,7 @@ std::string_view CDataFile::text()
 
 bool CDataFile::isSkipped()
 {
-    return text().empty() || text().starts_with('#');
+    return format::isSkipped(text());
 }
 
 } // namespace values

@@ -2,6 +2,7 @@
 
 #include "files/CLineReader.h"
 #include "files/CLog.h"
+#include "format/descriptor.h"
 
 #include <span>
 #include <string>
@@ -9,8 +10,8 @@
 
 namespace values {
 
-/// Says that a data file is missing; returns the code for it.
-int tellMissing(const CLog& log, std::string_view path);
+/// Reports that a data file is missing; returns the code for it.
+int reportMissing(const CLog& log, std::string_view path);
 
 /// A data file being read line by line.
 class CDataFile {
@@ -18,15 +19,15 @@ public:
     /// `path` and `log` must outlive the object.
     CDataFile(const CLog& log, const std::string& path);
 
-    /// 0, or after saying so: -3 when nothing stands at the path, -6 when it cannot be opened.
+    /// 0, or after reporting it: -3 when nothing stands at the path, -6 when it cannot be opened.
     int checkOpen() const;
 
-    /// Goes to the next line. 0, or -7 after saying that the file cannot be read.
+    /// Goes to the next line. 0, or -7 after reporting that the file cannot be read.
     int next();
 
-    /// Reads exactly as many numbers as the span has from the line when all of them are in the plain
-    /// form and single runs of blanks separate them. False says nothing about the line.
-    bool readPlainNumbers(std::span<double> numbers) const noexcept;
+    /// Reads exactly as many numbers as the span has from the line when it is in the plain form. False says
+    /// nothing about the line.
+    bool parsePlainRow(std::span<double> numbers) const noexcept;
 
     /// The decoded line, valid until next().
     std::string_view text();
@@ -36,9 +37,11 @@ public:
 
     bool hitEnd() const noexcept { return lines_.hitEnd(); }
 
-    /// Most lines of so many bytes or more that are still to come; an estimate to size arrays by. Ends the
-    /// current line.
-    std::size_t linesAhead(std::size_t minLength) noexcept { return lines_.linesAhead(minLength); }
+    // What the rest of the file may hold, to size arrays by.
+    std::size_t lineLength() const noexcept { return bytes_.size() + 1; }
+    std::size_t bytesBuffered() const noexcept { return lines_.bytesBuffered(); }
+    std::size_t bytesAhead() const noexcept { return lines_.bytesAhead(); }
+    std::size_t bytesDelivered() const noexcept { return lines_.bytesDelivered(); }
 
     const std::string& path() const noexcept { return path_; }
 
@@ -51,7 +54,7 @@ private:
     bool isDecoded_ = false;
     std::string_view bytes_;
     std::string_view text_;
-    std::string decoded_;
+    format::CLineDecoder decoder_ { false }; // data files have no mark
 };
 
 } // namespace values

@@ -1,81 +1,76 @@
 #pragma once
 
+#include "format/numbers.h"
+#include "format/rows.h"
 #include "values/CDataFile.h"
-#include "values/rows.h"
+#include "values/CRowArray.h"
+#include "values/RowTraits.h"
 
 #include "qmdatabase/status.h"
 
-#include <cmath>
-#include <concepts>
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace values {
 
-/// Scalar rows are checked as they are met, so that the first fault ends the load. Vector rows are
-/// counted and the count is logged first, so that a fault is told only when all rows have been read.
-template <class Row>
-constexpr bool tellsFaultsAtOnce = std::same_as<Row, TABLEROW>;
-
 /// Collects the rows of one table or subtable and remembers the first fault.
 template <class Row>
 class CRowReader {
 public:
-    /// Takes the file's current line, whose numbers are `plain` when they have been read already.
-    void take(CDataFile& file, const Row* plain)
+    using Traits = RowTraits<Row>;
+    using Numbers = typename Traits::Numbers;
+
+    /// Adds the file's current line, whose numbers are given when they have been read already.
+    void add(CDataFile& file, const Numbers* plain)
     {
         const std::size_t index = count_++;
         if (failed()) {
             return;
         }
-        Row row {};
+        Numbers numbers {};
         if (plain) {
-            row = *plain;
-        } else if (!readRow(file, index, row)) {
+            numbers = *plain;
+        } else if (!parse(file, index, numbers)) {
             return;
         }
-        // A NaN has no place in an order, so it is refused even in the first row.
-        if (std::isnan(row.x) || (rows_.size() > 0 && !(rows_.back().x < row.x))) {
+        const auto before = rows_.size() > 0 ? std::optional(rows_.back().x) : std::nullopt;
+        if (!format::mayFollow(before, numbers.front())) {
             fail(QMDB_E_NUMBER, "Monotony error [", index, file.text(), file.path());
             return;
         }
-        rows_.push(row);
+        rows_.push(Traits::row(numbers));
     }
 
-    /// Rows that are expected beside those taken.
-    void expect(std::size_t rows) { rows_.expect(rows); }
+    /// Makes room for so many rows in all.
+    void reserve(std::size_t rows) { rows_.reserve(rows); }
+    bool isFull() const noexcept { return rows_.isFull(); }
 
     bool failed() const noexcept { return code_ != QMDB_OK; }
-    /// Lines taken, those from the fault on included.
+    /// Lines added, those from the fault on included.
     std::size_t count() const noexcept { return count_; }
-    std::unique_ptr<Row[]> takeRows() { return rows_.take(); }
+    std::unique_ptr<Row[]> release() { return rows_.release(); }
 
     /// Writes the fault to the log and returns its code.
-    int tellFault(const CLog& log) const
+    int reportFault(const CLog& log) const
     {
         log.error(message_);
         return code_;
     }
 
 private:
-    static constexpr std::string_view badComponent
-        = tellsFaultsAtOnce<Row> ? "Bad table component [" : "Bad table vector component [";
-
-    bool readRow(CDataFile& file, std::size_t index, Row& row)
+    bool parse(CDataFile& file, std::size_t index, Numbers& numbers)
     {
-        const std::vector<std::string> parts = conversions::splitString(file.text());
-        const auto numbers = numbersOf(row);
-        if (parts.size() != numbers.size()) {
+        const format::RowResult result = format::parseRow(file.text(), numbers);
+        switch (result.fault) {
+        case format::RowFault::Columns:
             fail(QMDB_E_FORMAT, "Bad table format [", index, file.text(), file.path());
             return false;
-        }
-        for (std::size_t i = 0; i < numbers.size(); ++i) {
-            const std::optional<double> number = conversions::wstr2double(parts[i]);
-            if (!number) {
-                fail(QMDB_E_NUMBER, badComponent, index, conversions::long2wstr(i), file.path());
-                return false;
-            }
-            numbers[i] = *number;
+        case format::RowFault::Number:
+            fail(QMDB_E_NUMBER, Traits::badComponent, index, format::long2wstr(result.column), file.path());
+            return false;
+        case format::RowFault::None:
+            break;
         }
         return true;
     }
@@ -84,7 +79,7 @@ private:
         int code, std::string_view what, std::size_t index, std::string_view detail, const std::string& path)
     {
         code_ = code;
-        message_.append(what).append(conversions::long2wstr(index)).append("]: ");
+        message_.append(what).append(format::long2wstr(index)).append("]: ");
         message_.append(detail).append(" (").append(path).append(")");
     }
 

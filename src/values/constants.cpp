@@ -1,9 +1,11 @@
+#include "format/numbers.h"
 #include "values/CDataFile.h"
+#include "values/CDataWriter.h"
 #include "values/formats.h"
-#include "values/writing.h"
 
 #include "qmdatabase/status.h"
 
+#include <array>
 #include <optional>
 
 namespace values {
@@ -36,7 +38,7 @@ int load(const CDbFile& head, const std::string& path, IDbDataConst& value)
     if (const int code = readLastDataLine(head.log(), path, line); code != QMDB_OK) {
         return code;
     }
-    const std::optional<double> number = conversions::wstr2double(line);
+    const std::optional<double> number = format::wstr2double(line);
     if (!number) {
         head.log().error("Bad const value: ", line, " (", path, ")");
         return QMDB_E_NUMBER;
@@ -51,31 +53,35 @@ int load(const CDbFile& head, const std::string& path, IDbDataConstVector& value
     if (const int code = readLastDataLine(head.log(), path, line); code != QMDB_OK) {
         return code;
     }
-    double* const components[] = { &value.x, &value.y, &value.z };
-    const std::vector<std::string> parts = conversions::splitString(line);
-    if (parts.size() != std::size(components)) {
+    std::array<double, 3> components {};
+    const format::RowResult result = format::parseRow(line, components);
+    switch (result.fault) {
+    case format::RowFault::Columns:
         head.log().error("Bad const vector format: ", line, " (", path, ")");
         return QMDB_E_FORMAT;
+    case format::RowFault::Number:
+        head.log().error("Bad const vector component: ", result.column, " (", path, ")");
+        return QMDB_E_NUMBER;
+    case format::RowFault::None:
+        break;
     }
-    for (std::size_t i = 0; i < std::size(components); ++i) {
-        const std::optional<double> number = conversions::wstr2double(parts[i]);
-        if (!number) {
-            head.log().error("Bad const vector component: ", i, " (", path, ")");
-            return QMDB_E_NUMBER;
-        }
-        *components[i] = *number;
-    }
+    value.x = components[0];
+    value.y = components[1];
+    value.z = components[2];
     return QMDB_OK;
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const PlainConst& value)
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConst& value)
 {
-    return write(head, place, [&](CDataWriter& file) { file.line({ value.value }); });
+    return write(head, directory, name, [&](CDataWriter& file) { file.line({ &value.value, 1 }); });
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const PlainConstVector& value)
+int save(
+    const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConstVector& value)
 {
-    return write(head, place, [&](CDataWriter& file) { file.line({ value.x, value.y, value.z }); });
+    return write(head, directory, name, [&](CDataWriter& file) {
+        file.line(std::array { value.x, value.y, value.z });
+    });
 }
 
 } // namespace values

@@ -21,19 +21,19 @@ int load(const CDbFile& head, const std::string& path, IDbDataTableVector& value
 int load(const CDbFile& head, const std::string& path, IDbDataTable2D& value);
 int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& value);
 
-/// Where a data file is to be written.
-struct DataFilePlace {
-    std::string path;
-    const qm::CQMDirectory& directory; ///< the directory in the path
-};
-
-/// Each save writes the data file in place and flushes it to the disk; -6 when it cannot be opened.
-/// What goes wrong after that is not reported. Nothing is checked: rows are written as they are.
-int save(const CDbFile& head, const DataFilePlace& place, const PlainConst& value);
-int save(const CDbFile& head, const DataFilePlace& place, const PlainConstVector& value);
-int save(const CDbFile& head, const DataFilePlace& place, const PlainTable<TABLEROW>& value);
-int save(const CDbFile& head, const DataFilePlace& place, const PlainTable<TABLEROWVECT>& value);
-int save(const CDbFile& head, const DataFilePlace& place, const PlainTable2D<SUBTABLECONST>& value);
-int save(const CDbFile& head, const DataFilePlace& place, const PlainTable2D<SUBTABLEVECT>& value);
+/// Each save writes the data file `name` of an open directory in place and flushes it to the disk; -6 when
+/// it cannot be opened. What goes wrong after that is not reported. Nothing is checked: rows are written as
+/// they are.
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConst& value);
+int save(
+    const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConstVector& value);
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+    const PlainTable<TABLEROW>& value);
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+    const PlainTable<TABLEROWVECT>& value);
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+    const PlainTable2D<SUBTABLECONST>& value);
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+    const PlainTable2D<SUBTABLEVECT>& value);
 
 } // namespace values

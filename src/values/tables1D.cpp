@@ -1,55 +1,67 @@
+#include "values/CDataWriter.h"
 #include "values/CRowReader.h"
 #include "values/formats.h"
-#include "values/writing.h"
+
+#include <algorithm>
 
 namespace values {
 
 namespace {
 
+/// How many rows to make room for when there is none left: those that are buffered if all are as long as the
+/// first, later as many as the file's size calls for.
+std::size_t expectedRows(const CDataFile& file, std::size_t count)
+{
+    if (count == 0) {
+        const std::size_t rows = file.bytesBuffered() / file.lineLength() + 1;
+        return rows + rows / 16;
+    }
+    constexpr std::size_t mostGrowth = 64; // what follows a few rows may be no rows at all
+    const std::size_t more = file.bytesAhead() / (file.bytesDelivered() / count) + 1;
+    return count + std::min(more + more / 16, count * mostGrowth);
+}
+
 template <class Row, class Table>
 int loadTable(const CLog& log, const std::string& path, Table& table)
 {
+    using Reader = CRowReader<Row>;
     CDataFile file(log, path);
     if (const int code = file.checkOpen(); code != QMDB_OK) {
         return code;
     }
-    CRowReader<Row> rows;
+    Reader rows;
     do {
         if (const int code = file.next(); code != QMDB_OK) {
             return code;
         }
-        Row row;
-        const bool isFirst = rows.count() == 0;
-        if (file.readPlainNumbers(numbersOf(row))) {
-            rows.take(file, &row);
-        } else if (!file.isSkipped()) {
-            rows.take(file, nullptr);
+        typename Reader::Numbers numbers;
+        const bool isPlain = file.parsePlainRow(numbers);
+        if (isPlain || !file.isSkipped()) {
+            if (rows.isFull()) {
+                rows.reserve(expectedRows(file, rows.count()));
+            }
+            rows.add(file, isPlain ? &numbers : nullptr);
         }
-        if (tellsFaultsAtOnce<Row> && rows.failed()) {
-            return rows.tellFault(log);
-        }
-        if (isFirst && rows.count() == 1 && !rows.failed() && !file.hitEnd()) {
-            // Only now, because a file that begins with something else may have no end.
-            constexpr std::size_t digitAndBlank = 2;
-            rows.expect(file.linesAhead(digitAndBlank * numbersOf(row).size() - 1));
+        if (Reader::Traits::reportsAtOnce && rows.failed()) {
+            return rows.reportFault(log);
         }
     } while (!file.hitEnd());
     log.info(rows.count(), " data lines loaded");
     if (rows.failed()) {
-        return rows.tellFault(log);
+        return rows.reportFault(log);
     }
     if (rows.count() == 0) {
         return QMDB_E_EMPTY;
     }
     table.count = static_cast<long>(rows.count());
-    table.rows = rows.takeRows().release();
+    table.rows = rows.release().release();
     return QMDB_OK;
 }
 
 template <class Table>
-int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
+int saveTable(const CDbFile& head, const CDirectory& directory, const std::string& name, const Table& table)
 {
-    return write(head, place, [&](CDataWriter& file) { file.rows(table.rows, table.count); });
+    return write(head, directory, name, [&](CDataWriter& file) { file.rows(table.rows, table.count); });
 }
 
 } // namespace
@@ -64,14 +76,16 @@ int load(const CDbFile& head, const std::string& path, IDbDataTableVector& value
     return loadTable<TABLEROWVECT>(head.log(), path, value);
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const PlainTable<TABLEROW>& value)
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+    const PlainTable<TABLEROW>& value)
 {
-    return saveTable(head, place, value);
+    return saveTable(head, directory, name, value);
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const PlainTable<TABLEROWVECT>& value)
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+    const PlainTable<TABLEROWVECT>& value)
 {
-    return saveTable(head, place, value);
+    return saveTable(head, directory, name, value);
 }
 
 } // namespace values

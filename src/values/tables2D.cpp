@@ -1,16 +1,19 @@
+#include "format/vocabulary.h"
+#include "values/CDataWriter.h"
 #include "values/CRowReader.h"
 #include "values/formats.h"
-#include "values/writing.h"
+
+#include <vector>
 
 namespace values {
 
 namespace {
 
-constexpr std::string_view firstArgKey = "P=";
-
 /// Reads the subtables of one file.
 template <class Row>
 class CSubtableReader {
+    using Reader = CRowReader<Row>;
+
 public:
     CSubtableReader(const CLog& log, const std::string& path)
         : log_(log)
@@ -25,7 +28,7 @@ public:
         }
         do {
             int code = file_.next();
-            code = code == QMDB_OK ? takeLine() : code;
+            code = code == QMDB_OK ? addLine() : code;
             if (code != QMDB_OK) {
                 return code;
             }
@@ -57,19 +60,20 @@ private:
         std::unique_ptr<Row[]> rows;
     };
 
-    int takeLine()
+    int addLine()
     {
-        Row row;
-        if (file_.readPlainNumbers(numbersOf(row))) {
-            return takeRow(&row);
+        typename Reader::Numbers numbers;
+        if (file_.parsePlainRow(numbers)) {
+            return addRow(&numbers);
         }
         if (file_.isSkipped()) {
             return QMDB_OK;
         }
-        return file_.text().starts_with(firstArgKey) ? takeHeader() : takeRow(nullptr);
+        const std::optional<std::string_view> firstArgument = format::firstArgumentOf(file_.text());
+        return firstArgument ? beginSubtable(*firstArgument) : addRow(nullptr);
     }
 
-    int takeRow(const Row* plain)
+    int addRow(const typename Reader::Numbers* plain)
     {
         if (file_.hitEnd()) {
             return QMDB_OK; // a last row without a line end does not count
@@ -80,18 +84,18 @@ private:
             return QMDB_E_FORMAT;
         }
         if (rows_.count() == 0) {
-            rows_.expect(expectedRows_);
+            rows_.reserve(expectedRows_);
         }
-        rows_.take(file_, plain);
-        return tellsFaultsAtOnce<Row> && rows_.failed() ? rows_.tellFault(log_) : QMDB_OK;
+        rows_.add(file_, plain);
+        return Reader::Traits::reportsAtOnce && rows_.failed() ? rows_.reportFault(log_) : QMDB_OK;
     }
 
-    int takeHeader()
+    int beginSubtable(std::string_view firstArgument)
     {
         if (const int code = closeSubtable(); code != QMDB_OK || file_.hitEnd()) {
             return code;
         }
-        const auto number = conversions::wstr2double(file_.text().substr(firstArgKey.size()));
+        const std::optional<double> number = format::wstr2double(firstArgument);
         if (!number) {
             log_.error("First arg value error [0]: ", file_.text(), " (", file_.path(), ")");
             return QMDB_E_NUMBER;
@@ -110,9 +114,10 @@ private:
         }
         log_.info(count, " data lines subtable loaded");
         if (rows_.failed()) {
-            return rows_.tellFault(log_);
+            return rows_.reportFault(log_);
         }
-        subtables_.push_back({ firstArg_, static_cast<long>(count), rows_.takeRows() });
+        CSubtable subtable { firstArg_, static_cast<long>(count), rows_.release() };
+        subtables_.push_back(std::move(subtable));
         rows_ = {};
         expectedRows_ = count; // subtables of one file are mostly of one length
         return QMDB_OK;
@@ -120,7 +125,7 @@ private:
 
     const CLog& log_;
     CDataFile file_;
-    CRowReader<Row> rows_;
+    Reader rows_;
     std::size_t expectedRows_ = 1;
     std::vector<CSubtable> subtables_;
     double firstArg_ = 0;
@@ -140,11 +145,11 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
 }
 
 template <class Table>
-int saveTable(const CDbFile& head, const DataFilePlace& place, const Table& table)
+int saveTable(const CDbFile& head, const CDirectory& directory, const std::string& name, const Table& table)
 {
-    return write(head, place, [&](CDataWriter& file) {
+    return write(head, directory, name, [&](CDataWriter& file) {
         for (long i = 0; table.subtables && i < table.count; ++i) {
-            file.line({ table.subtables[i].firstArg }, firstArgKey);
+            file.line({ &table.subtables[i].firstArg, 1 }, format::subtableSign);
             file.rows(table.subtables[i].rows, table.subtables[i].count);
         }
     });
@@ -162,14 +167,16 @@ int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& val
     return loadTable<TABLEROWVECT>(head.log(), path, value);
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const PlainTable2D<SUBTABLECONST>& value)
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+    const PlainTable2D<SUBTABLECONST>& value)
 {
-    return saveTable(head, place, value);
+    return saveTable(head, directory, name, value);
 }
 
-int save(const CDbFile& head, const DataFilePlace& place, const PlainTable2D<SUBTABLEVECT>& value)
+int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+    const PlainTable2D<SUBTABLEVECT>& value)
 {
-    return saveTable(head, place, value);
+    return saveTable(head, directory, name, value);
 }
 
 } // namespace values

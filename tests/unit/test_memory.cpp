@@ -61,7 +61,8 @@ TEST_P(Memory, open)
     }
 }
 
-template <class List, class Get, class... Ids> int fetched(Get* get, Ids... ids)
+template <class List, class Get, class... Ids>
+int fetched(Get* get, Ids... ids)
 {
     List list;
     return get(ids..., &list.records, &list.count);

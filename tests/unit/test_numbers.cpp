@@ -1,8 +1,9 @@
 // Reading numbers: exactly what the C library's scan makes of the same text, whatever the text.
 
-#include "files/conversions.h"
-#include "files/plainNumbers.h"
-#include "qm/text.h"
+#include "format/innerText.h"
+#include "format/numbers.h"
+#include "format/plainNumbers.h"
+#include "format/rows.h"
 #include "support/OpenDatabase.h"
 #include "support/ScopedLocale.h"
 #include "support/trees.h"
@@ -143,7 +144,7 @@ long scannedLong(const std::wstring& text)
 bool plainAgrees(const std::string& text, const std::wstring& wide)
 {
     double taken = 0;
-    const char* const end = conversions::takePlainNumber(text.data(), text.data() + text.size(), taken);
+    const char* const end = format::parsePlainNumber(text.data(), text.data() + text.size(), taken);
     double number = 0;
     int length = 0;
     return !end
@@ -155,14 +156,14 @@ TEST(Numbers, readAsTheScanReadsThem)
 {
     for (const char* const name : { "C", "C.UTF-8" }) {
         const ScopedLocale locale(name);
-        ASSERT_TRUE(conversions::plainNumbersAllowed());
+        ASSERT_TRUE(format::plainNumbersAllowed());
         NumberTexts texts;
         for (long left = wantedTexts() / 2; left > 0; --left) {
             const std::string text = texts.next();
-            const std::wstring wide = qm::text::toWide(text);
-            const std::optional<double> number = conversions::wstr2double(text);
+            const std::wstring wide = format::text::toWide(text);
+            const std::optional<double> number = format::wstr2double(text);
             ASSERT_EQ(number ? bitsOf(*number) : "none", scannedDouble(wide)) << text;
-            ASSERT_EQ(conversions::wstr2long(text), scannedLong(wide)) << text;
+            ASSERT_EQ(format::wstr2long(text), scannedLong(wide)) << text;
             ASSERT_TRUE(plainAgrees(text, wide)) << text;
         }
     }
@@ -173,9 +174,9 @@ std::string rowText(std::string_view line)
 {
     line.remove_suffix(line.ends_with('\r') ? 1 : 0);
     std::string text;
-    const std::vector<std::string> tokens = conversions::splitString(line);
+    const std::vector<std::string> tokens = format::splitString(line);
     for (const std::string& token : tokens) {
-        const std::string bits = scannedDouble(qm::text::toWide(token));
+        const std::string bits = scannedDouble(format::text::toWide(token));
         if (tokens.size() == 2 && bits == "none") {
             return "error -11";
         }
@@ -209,13 +210,13 @@ TEST(Numbers, rowsReadLikeTheirNumbers)
 
 TEST(Numbers, written)
 {
-    EXPECT_EQ(conversions::double2wstr(1234567.0), "1.23457e+06");
-    EXPECT_EQ(conversions::double2wstr(0.1), "0.1");
-    EXPECT_EQ(conversions::double2wstr(-0.0), "-0");
-    EXPECT_EQ(conversions::double2wstr(-1.7976931348623157e308), "-1.79769e+308");
-    EXPECT_EQ(conversions::double2wstr(-INFINITY), "-inf");
-    EXPECT_EQ(conversions::long2wstr(0), "0");
-    EXPECT_EQ(conversions::long2wstr(static_cast<unsigned long>(-1L)), "18446744073709551615");
+    EXPECT_EQ(format::double2wstr(1234567.0), "1.23457e+06");
+    EXPECT_EQ(format::double2wstr(0.1), "0.1");
+    EXPECT_EQ(format::double2wstr(-0.0), "-0");
+    EXPECT_EQ(format::double2wstr(-1.7976931348623157e308), "-1.79769e+308");
+    EXPECT_EQ(format::double2wstr(-INFINITY), "-inf");
+    EXPECT_EQ(format::long2wstr(0), "0");
+    EXPECT_EQ(format::long2wstr(static_cast<unsigned long>(-1L)), "18446744073709551615");
 }
 
 TEST(Numbers, writtenAsTheScansCounterpartWritesThem)
@@ -229,7 +230,7 @@ TEST(Numbers, writtenAsTheScansCounterpartWritesThem)
         const double number = left % 2 ? std::bit_cast<double>(bits) : middle;
         char expected[100];
         std::snprintf(expected, sizeof expected, "%lg", number);
-        ASSERT_EQ(conversions::double2wstr(number), expected) << numberText(number);
+        ASSERT_EQ(format::double2wstr(number), expected) << numberText(number);
     }
 }
 

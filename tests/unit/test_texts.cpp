@@ -1,12 +1,10 @@
 // Paths, tokens, transcoding, key maps: the pure parts, from text to text.
 
-#include "database/composition.h"
 #include "files/CKeyMap.h"
-#include "files/conversions.h"
-#include "qm/CQMFileSystem.h"
-#include "qm/CQMTranscoder.h"
-#include "qm/EQMException.h"
-#include "qm/text.h"
+#include "format/composition.h"
+#include "format/innerText.h"
+#include "format/paths.h"
+#include "format/rows.h"
 #include "support/ScopedLocale.h"
 
 #include <gtest/gtest.h>
@@ -17,6 +15,7 @@
 namespace {
 
 using namespace test;
+namespace text = format::text;
 
 struct PathCase {
     const char* path;
@@ -44,12 +43,11 @@ TEST(Paths, split)
     };
     for (const PathCase& row : cases) {
         SCOPED_TRACE(row.path);
-        const qm::PathParts parts = qm::CQMFileSystem::SplitPath(row.path, true);
+        const format::PathParts parts = format::splitPath(row.path);
         EXPECT_EQ(parts.dir, row.dir);
         EXPECT_EQ(parts.name, row.name);
         EXPECT_EQ(parts.ext, row.ext);
     }
-    EXPECT_EQ(qm::CQMFileSystem::SplitPath("/x/a.b", false).ext, ".b");
 }
 
 struct SplitCase {
@@ -64,17 +62,8 @@ TEST(Tokens, split)
         { "   1 2", { "1", "2" } }, { "1  ", { "1" } }, { "1\t2 3", { "1\t2", "3" } },
         { " 1 2 3  ", { "1", "2", "3" } }, { "a b", { "a", "b" } } };
     for (const SplitCase& row : cases) {
-        EXPECT_EQ(conversions::splitString(row.text), row.tokens) << '"' << row.text << '"';
+        EXPECT_EQ(format::splitString(row.text), row.tokens) << '"' << row.text << '"';
     }
-}
-
-// The wide text of UTF-8 bytes, or "!" and the exception's text.
-std::wstring decoded(std::string_view bytes)
-try {
-    return qm::CQMTranscoder::UTF8ToWide(bytes);
-} catch (const qm::EQMException& exception) {
-    const std::string text = exception.what();
-    return L"!" + std::wstring(text.begin(), text.end());
 }
 
 std::wstring one(char32_t codePoint)
@@ -90,12 +79,12 @@ TEST(Transcoding, decodesUtf8)
               { "\xF4\x90\x80\x80", 0x110000 }, { "\xF7\xBF\xBF\xBF", 0x1FFFFF }, { "\xC1\x81", 'A' },
               { "\xE0\x81\x81", 'A' }, { "\xF0\x80\x81\x81", 'A' }, { "\xED\xA0\x80", 0xD800 } };
     for (const auto& [bytes, codePoint] : good) {
-        EXPECT_EQ(decoded(bytes), one(codePoint)) << static_cast<std::uint32_t>(codePoint);
-        EXPECT_EQ(qm::CQMTranscoder::UTF8ToText(bytes), qm::text::fromWide(one(codePoint)));
+        EXPECT_EQ(text::fromUtf8(bytes), text::fromWide(one(codePoint)))
+            << static_cast<std::uint32_t>(codePoint);
     }
     for (const char* const bad : { "\x80", "a\xBF", "\xC3", "\xC3\x28", "\xE2\x82", "\xE2\x28\xA1",
              "\xF0\x9F\x98", "\xF0\x9F\x98\x28", "\xF8\x88\x80\x80\x80", "\xFE", "\xFF", "\xC3\xC3\xA4" }) {
-        EXPECT_EQ(decoded(bad), L"!EQMException with code=80050002, subcode=0");
+        EXPECT_EQ(text::fromUtf8(bad), std::nullopt);
     }
 }
 
@@ -103,13 +92,13 @@ TEST(Transcoding, encodesUtf8)
 {
     for (const char32_t codePoint :
         { 0x1U, 0x7FU, 0x80U, 0x7FFU, 0x800U, 0xD800U, 0xFFFFU, 0x10000U, 0x10FFFFU }) {
-        EXPECT_EQ(decoded(qm::CQMTranscoder::WideToUTF8(one(codePoint))), one(codePoint));
+        const std::string inner = text::fromWide(one(codePoint));
+        EXPECT_EQ(text::fromUtf8(*text::toUtf8(inner)), inner);
     }
     EXPECT_EQ(
-        qm::CQMTranscoder::WideToUTF8(L"a\u00E4\u20AC\U0010FFFF"), "a\xC3\xA4\xE2\x82\xAC\xF4\x8F\xBF\xBF");
+        text::toUtf8(text::fromWide(L"a\u00E4\u20AC\U0010FFFF")), "a\xC3\xA4\xE2\x82\xAC\xF4\x8F\xBF\xBF");
     for (const char32_t codePoint : { 0x110000U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU }) {
-        EXPECT_THROW(qm::CQMTranscoder::WideToUTF8(one(codePoint)), qm::EQMException);
-        EXPECT_THROW(qm::CQMTranscoder::TextToUTF8(qm::text::fromWide(one(codePoint))), qm::EQMException);
+        EXPECT_EQ(text::toUtf8(text::fromWide(L"a" + one(codePoint))), std::nullopt);
     }
 }
 
@@ -118,36 +107,36 @@ TEST(Transcoding, innerTextKeepsEveryValueAndTheirOrder)
     std::string before;
     for (std::uint32_t bit = 1; bit != 0; bit <<= 1) {
         for (const std::uint32_t value : { bit - 1, bit, bit + 1, bit | (bit >> 1) }) {
-            EXPECT_EQ(qm::text::toWide(qm::text::fromWide(one(value))), one(value)) << std::hex << value;
+            EXPECT_EQ(text::toWide(text::fromWide(one(value))), one(value)) << std::hex << value;
         }
-        const std::string text = qm::text::fromWide(one(bit));
+        const std::string text = text::fromWide(one(bit));
         EXPECT_LT(before, text);
         before = text;
     }
-    EXPECT_EQ(qm::text::toWide(qm::text::fromWide(one(0xFFFFFFFF) + L"a")), one(0xFFFFFFFF) + L"a");
+    EXPECT_EQ(text::toWide(text::fromWide(one(0xFFFFFFFF) + L"a")), one(0xFFFFFFFF) + L"a");
 }
 
 TEST(Transcoding, followsTheLocale)
 {
-    EXPECT_EQ(qm::CQMTranscoder::AnsiToWide("a\xC3\xA4"), L"");
-    EXPECT_EQ(qm::CQMTranscoder::WideToAnsi(L"a\u00E4"), "");
-    EXPECT_EQ(qm::CQMTranscoder::WideToAnsi(L"a"), "a");
+    EXPECT_EQ(text::fromLocale("a\xC3\xA4"), "");
+    EXPECT_EQ(text::toLocale("a\u00E4"), "");
+    EXPECT_EQ(text::toLocale("a"), "a");
     const ScopedLocale utf8("C.UTF-8");
-    EXPECT_EQ(qm::CQMTranscoder::AnsiToWide("a\xC3\xA4"), L"a\u00E4");
-    EXPECT_EQ(qm::CQMTranscoder::WideToAnsi(L"a\u00E4"), "a\xC3\xA4");
-    EXPECT_EQ(qm::CQMTranscoder::AnsiToText("a\xC3"), "");
+    EXPECT_EQ(text::fromLocale("a\xC3\xA4"), "a\u00E4");
+    EXPECT_EQ(text::toLocale("a\u00E4"), "a\xC3\xA4");
+    EXPECT_EQ(text::fromLocale("a\xC3"), "");
 }
 
 TEST(Transcoding, plainTextsAreToldApart)
 {
     for (std::size_t length = 0; length < 20; ++length) {
         const std::string plain(length, '\x7F');
-        EXPECT_TRUE(qm::text::isPlain(plain));
+        EXPECT_TRUE(text::isPlain(plain));
         for (std::size_t at = 0; at < length; ++at) {
             for (const char odd : { '\0', '\x80', '\xFF' }) {
                 std::string text(length, '\x01');
                 text[at] = odd;
-                EXPECT_FALSE(qm::text::isPlain(text)) << length << " " << at;
+                EXPECT_FALSE(text::isPlain(text)) << length << " " << at;
             }
         }
     }
@@ -170,8 +159,8 @@ TEST(KeyMap, behavesLikeAnOrderedMap)
         }
         CKeyMap map = builder.finish();
         if (round % 2) {
-            const std::string set = key();
-            map.set(set, expected[set] = value());
+            const format::Key set = static_cast<format::Key>(random() % format::keyTexts.size());
+            map.set(set, expected[std::string(textOf(set))] = value());
         }
         std::map<std::string, std::string> found;
         std::vector<std::string> order;
@@ -182,9 +171,9 @@ TEST(KeyMap, behavesLikeAnOrderedMap)
         }
         ASSERT_EQ(found, expected);
         ASSERT_TRUE(std::is_sorted(order.begin(), order.end()) && order.size() == found.size());
-        for (const std::string& asked : keys) {
-            const auto known = expected.find(asked);
-            ASSERT_EQ(map.find(CKey(asked)),
+        for (const std::string_view asked : format::keyTexts) {
+            const auto known = expected.find(std::string(asked));
+            ASSERT_EQ(map.find(*format::findKey(asked)),
                 known == expected.end() ? std::nullopt : std::optional<std::string_view>(known->second));
         }
     }
@@ -194,9 +183,10 @@ TEST(Composition, numberTextsAreBounded)
 {
     std::vector<COMPONENT> parts;
     const std::string longest = "0." + std::string(1020, '0') + "1";
-    EXPECT_EQ(composition::parse("1:" + longest, parts), composition::Outcome::Read);
-    EXPECT_EQ(composition::parse("1:0" + longest, parts), composition::Outcome::BadFormat);
-    EXPECT_EQ(composition::parse(std::string(1024, '1') + ":0.5", parts), composition::Outcome::BadFormat);
+    EXPECT_EQ(format::parseComposition("1:" + longest, parts), format::CompositionResult::Read);
+    EXPECT_EQ(format::parseComposition("1:0" + longest, parts), format::CompositionResult::BadFormat);
+    EXPECT_EQ(format::parseComposition(std::string(1024, '1') + ":0.5", parts),
+        format::CompositionResult::BadFormat);
 }
 
 } // namespace

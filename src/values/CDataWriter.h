@@ -1,10 +1,14 @@
 #pragma once
 
+#include "format/rows.h"
 #include "qm/CQMOutputFile.h"
 #include "qmdatabase/status.h"
+#include "values/RowTraits.h"
 #include "values/formats.h"
 
-#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
 
 namespace values {
 
@@ -16,40 +20,32 @@ public:
     {
     }
 
-    void line(std::initializer_list<double> numbers, std::string_view prefix = {})
+    void line(std::span<const double> numbers, std::string_view sign = {})
     {
-        std::string text(prefix);
-        std::string_view separator;
-        for (const double number : numbers) {
-            text.append(separator).append(conversions::double2wstr(number));
-            separator = " ";
-        }
-        file_.append(text + "\n");
+        line_.clear();
+        format::appendRow(line_, numbers, sign);
+        file_.append(line_);
     }
 
     /// Nothing when there are no rows, whatever the count says.
-    void rows(const TABLEROW* rows, long count)
+    template <class Row>
+    void rows(const Row* rows, long count)
     {
         for (long i = 0; rows && i < count; ++i) {
-            line({ rows[i].x, rows[i].y });
-        }
-    }
-    void rows(const TABLEROWVECT* rows, long count)
-    {
-        for (long i = 0; rows && i < count; ++i) {
-            line({ rows[i].x, rows[i].vx, rows[i].vy, rows[i].vz });
+            line(RowTraits<Row>::numbers(rows[i]));
         }
     }
 
 private:
     qm::CQMOutputFile& file_;
+    std::string line_;
 };
 
 /// Opens a data file, lets `fill` write it, and flushes it and its directory to the disk.
 template <class Fill>
-int write(const CDbFile& head, const DataFilePlace& place, Fill&& fill)
+int write(const CDbFile& head, const CDirectory& directory, const std::string& name, Fill&& fill)
 {
-    qm::CQMOutputFile file(place.path, place.directory.base());
+    qm::CQMOutputFile file(directory.pathOf(name));
     if (!file.isOpen()) {
         // The head's path, not the data file's: hosts match on this message.
         head.log().error("Cannot open file for write: ", head.path.text());
@@ -59,7 +55,7 @@ int write(const CDbFile& head, const DataFilePlace& place, Fill&& fill)
     fill(writer);
     // Errors after a successful open have no code; reading the value tells.
     static_cast<void>(file.finish());
-    static_cast<void>(place.directory.flush());
+    static_cast<void>(directory.flush());
     return QMDB_OK;
 }
 

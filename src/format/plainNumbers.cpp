@@ -1,11 +1,11 @@
-#include "files/plainNumbers.h"
+#include "format/plainNumbers.h"
 
 #include "qm/CQMTranscoder.h"
 
 #include <cfenv>
 #include <langinfo.h>
 
-namespace conversions {
+namespace format {
 
 bool plainNumbersAllowed()
 {
@@ -14,4 +14,4 @@ bool plainNumbersAllowed()
         && qm::CQMTranscoder::IsAnsiAscii();
 }
 
-} // namespace conversions
+} // namespace format

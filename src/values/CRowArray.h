@@ -1,49 +1,39 @@
 #pragma once
 
-#include "qmdatabase/values.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <memory>
-#include <span>
 
 namespace values {
-
-/// The numbers of a row in the order of the file's columns: the argument, then the value.
-inline std::span<double, 2> numbersOf(TABLEROW& row)
-{
-    static_assert(sizeof(TABLEROW) == 2 * sizeof(double));
-    return std::span<double, 2>(&row.x, 2);
-}
-
-inline std::span<double, 4> numbersOf(TABLEROWVECT& row)
-{
-    static_assert(sizeof(TABLEROWVECT) == 4 * sizeof(double));
-    return std::span<double, 4>(&row.x, 4);
-}
 
 /// A growing array of rows that is handed out as values need it, made with array-new.
 template <class Row>
 class CRowArray {
 public:
-    /// Makes room for so many rows more. When they are as many, the array is not copied again.
-    void expect(std::size_t rows) { resize(size_ + rows); }
+    /// Makes room for so many rows in all.
+    void reserve(std::size_t rows)
+    {
+        if (rows > room_) {
+            resize(rows);
+        }
+    }
 
     std::size_t size() const noexcept { return size_; }
+    bool isFull() const noexcept { return size_ == room_; }
     const Row& back() const noexcept { return rows_[size_ - 1]; }
 
     void push(const Row& row)
     {
-        if (size_ == room_) {
+        if (isFull()) {
             resize(2 * room_ + 4);
         }
         rows_[size_++] = row;
     }
 
-    /// Hands the rows out; room that is a fifth or more of them is given back first.
-    std::unique_ptr<Row[]> take()
+    /// Hands the rows out; room that is a tenth or more of them is given back first.
+    std::unique_ptr<Row[]> release()
     {
-        if (room_ - size_ > size_ / 5) {
+        if (room_ - size_ > size_ / 10) {
             resize(size_);
         }
         return std::move(rows_);

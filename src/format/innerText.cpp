@@ -1,20 +1,52 @@
-#include "qm/text.h"
+#include "format/innerText.h"
+
+#include "qm/CQMTranscoder.h"
 
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
-namespace qm::text {
+namespace format::text {
 
 namespace {
 
 constexpr unsigned continuationBits = 6;
+constexpr std::size_t longestUtf8 = 4; // bytes of one code point
 
 /// Bytes that a code point of 0x80 or more takes: 2 for 11 bits, then 5 bits more a byte; 7 at most.
 unsigned lengthOf(char32_t codePoint) noexcept
 {
     const auto bits = static_cast<unsigned>(std::bit_width(static_cast<std::uint32_t>(codePoint)));
     return bits <= 11 ? 2 : (bits + 3) / 5;
+}
+
+/// True when the bytes begin with a code point in the pattern of UTF-8.
+bool beginsInUtf8(std::string_view bytes) noexcept
+{
+    const auto length = static_cast<std::size_t>(std::countl_one(static_cast<unsigned char>(bytes.front())));
+    if (length == 1 || length > longestUtf8 || length > bytes.size()) {
+        return false;
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((static_cast<unsigned char>(bytes[i]) & 0xC0) != 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// 0x110000, the first value beyond Unicode, begins with the bytes F4 90, and all above with greater ones.
+bool holdsValueBeyondUnicode(std::string_view text) noexcept
+{
+    constexpr unsigned char lastLead = 0xF4;
+    constexpr unsigned char firstBeyond = 0x90;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if (byte > lastLead || (byte == lastLead && static_cast<unsigned char>(text[i + 1]) >= firstBeyond)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -81,6 +113,43 @@ std::wstring toWide(std::string_view text)
     return wide;
 }
 
+std::optional<std::string> fromUtf8(std::string_view bytes)
+{
+    if (isPlain(bytes)) {
+        return std::string(bytes);
+    }
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        if (!beginsInUtf8(bytes)) {
+            return std::nullopt;
+        }
+        append(text, takeFirst(bytes));
+    }
+    return text;
+}
+
+std::optional<std::string> toUtf8(std::string_view text)
+{
+    if (holdsValueBeyondUnicode(text)) {
+        return std::nullopt;
+    }
+    return std::string(text); // up to there the two are the same
+}
+
+std::string fromLocale(std::string_view bytes)
+{
+    return isPlain(bytes) && qm::CQMTranscoder::IsAnsiAscii()
+        ? std::string(bytes)
+        : fromWide(qm::CQMTranscoder::AnsiToWide(bytes));
+}
+
+std::string toLocale(std::string_view text)
+{
+    return isPlain(text) && qm::CQMTranscoder::IsAnsiAscii() ? std::string(text)
+                                                             : qm::CQMTranscoder::WideToAnsi(toWide(text));
+}
+
 char32_t takeFirst(std::string_view& text) noexcept
 {
     const auto lead = static_cast<unsigned char>(text.front());
@@ -97,4 +166,4 @@ char32_t takeFirst(std::string_view& text) noexcept
     return static_cast<char32_t>(value);
 }
 
-} // namespace qm::text
+} // namespace format::text

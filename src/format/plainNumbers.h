@@ -7,9 +7,9 @@
 
 /// Reading plain decimal numbers exactly as "%lg" does, many times faster. Inline, because the rows of
 /// big tables are made of nothing else.
-namespace conversions {
+namespace format {
 
-/// True when the C library would read plain numbers as takePlainNumber() does: the locale's point is
+/// True when the C library would read plain numbers as parsePlainNumber() does: the locale's point is
 /// ".", the rounding mode is to nearest, and ASCII bytes are ASCII characters.
 bool plainNumbersAllowed();
 
@@ -32,8 +32,8 @@ inline bool isTokenEnd(const char* at, const char* end) noexcept
     return at == end || *at == ' ' || *at == '\r';
 }
 
-/// Takes "e", a sign and digits; null when no digits follow.
-inline const char* takeExponent(const char* at, const char* end, long& exponent) noexcept
+/// Reads "e", a sign and digits; null when no digits follow.
+inline const char* parseExponent(const char* at, const char* end, long& exponent) noexcept
 {
     ++at;
     const bool negative = at != end && *at == '-';
@@ -52,7 +52,7 @@ inline const char* takeExponent(const char* at, const char* end, long& exponent)
 /// Reads a number that begins with a digit, a minus and a digit, or a point, and ends before a blank, a
 /// CR or `end`. Returns where it ends, or null when there is none, which says nothing about what "%lg"
 /// would make of the text.
-inline const char* takePlainNumber(const char* const begin, const char* const end, double& value) noexcept
+inline const char* parsePlainNumber(const char* const begin, const char* const end, double& value) noexcept
 {
     using namespace detail;
     const char* at = begin;
@@ -77,7 +77,7 @@ inline const char* takePlainNumber(const char* const begin, const char* const en
         digits -= exponent;
     }
     if (at != end && (*at == 'e' || *at == 'E')) {
-        at = takeExponent(at, end, exponent);
+        at = parseExponent(at, end, exponent);
     }
     if (!at || digits == 0 || !isTokenEnd(at, end)) {
         return nullptr;
@@ -94,4 +94,4 @@ inline const char* takePlainNumber(const char* const begin, const char* const en
     return result.ec == std::errc() && result.ptr == at ? at : nullptr;
 }
 
-} // namespace conversions
+} // namespace format

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace format {
+
+/// Cuts the bytes of a file into lines: up to the next LF, at most maxLineLength bytes. Decoding, the cut
+/// at a NUL and the CR at the end are not its business.
+///
+/// The bytes come in pieces of any size: whenever next() asks for more, copy some to room() and say with
+/// received() how many there are, 0 for the end of the file.
+class CLineCutter {
+public:
+    enum class Result {
+        Line,
+        TooLong, ///< the line's first maxLineLength bytes are delivered; cutting must end here
+        NeedBytes,
+    };
+
+    /// Delivers the next line, valid until room() is called. After a last LF comes one empty line.
+    Result next(std::string_view& line) noexcept;
+
+    /// Where to copy bytes to; never empty after next() has asked for them.
+    std::span<char> room() noexcept;
+    void received(std::size_t count) noexcept;
+
+    /// True when the last line was ended by the file, not by an LF: there is none after it.
+    bool hitEnd() const noexcept { return hitEnd_; }
+
+    /// The bytes received that no line has been cut from.
+    std::string_view ahead() const noexcept { return { buffer_.data() + begin_, end_ - begin_ }; }
+
+private:
+    bool ended_ = false; ///< the file has no more bytes
+    bool hitEnd_ = false;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
+    std::array<char, 32768> buffer_;
+};
+
+} // namespace format

@@ -1,0 +1,180 @@
+#pragma once
+
+#include "format/vocabulary.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+/// The keys of descriptors, and which kind of descriptor has which. Keys are case-sensitive; one that
+/// is not listed here is kept and means nothing.
+namespace format {
+
+/// The keys that mean something, in ascending order of their texts.
+enum class Key : unsigned char {
+    Aggreg,
+    AvForPhases,
+    Binary,
+    Comment,
+    CommentID,
+    Composition,
+    Data,
+    DataTypes,
+    ID,
+    Mixture,
+    Name,
+    NameID,
+    Phase1,
+    Phase2,
+    Scalar,
+    Type,
+    Units,
+    UnitsID,
+    Vector,
+};
+
+inline constexpr std::array<std::string_view, 19> keyTexts
+    = { "Aggreg", "AvForPhases", "Binary", "Comment", "CommentID", "Composition", "Data", "DataTypes", "ID",
+          "Mixture", "Name", "NameID", "Phase1", "Phase2", "Scalar", "Type", "Units", "UnitsID", "Vector" };
+
+static_assert(std::ranges::is_sorted(keyTexts));
+static_assert(keyTexts.size() == static_cast<std::size_t>(Key::Vector) + 1);
+
+constexpr std::string_view textOf(Key key) noexcept
+{
+    return keyTexts[static_cast<std::size_t>(key)];
+}
+
+constexpr std::optional<Key> findKey(std::string_view text) noexcept
+{
+    if (text.empty()) {
+        return std::nullopt;
+    }
+    auto known = std::ranges::lower_bound(
+        keyTexts, text.front(), {}, [](std::string_view key) { return key.front(); });
+    for (; known != keyTexts.end() && known->front() == text.front(); ++known) {
+        if (*known == text) {
+            return static_cast<Key>(known - keyTexts.begin());
+        }
+    }
+    return std::nullopt;
+}
+
+/// A set of keys.
+class KeySet {
+public:
+    constexpr void add(Key key) noexcept { bits_ |= bitOf(key); }
+    constexpr void remove(Key key) noexcept { bits_ &= ~bitOf(key); }
+    constexpr bool isEmpty() const noexcept { return bits_ == 0; }
+
+private:
+    static constexpr std::uint32_t bitOf(Key key) noexcept
+    {
+        return std::uint32_t { 1 } << static_cast<unsigned>(key);
+    }
+
+    std::uint32_t bits_ = 0;
+};
+
+static_assert(keyTexts.size() <= 32, "a set of keys needs more bits");
+
+/// What the value of a key is.
+enum class ValueKind : unsigned char {
+    Text,
+    Number, ///< a whole number, read with "%ld": 0 when there is none
+    StringId, ///< the number of a text in the string table, as decimal digits
+    Flag,
+    Types, ///< letters of typeLetters
+    States, ///< letters of stateLetters
+    State, ///< a MATTER_STATE
+    Type, ///< a PARAM_TYPE
+    FileName,
+};
+
+struct KeyRule {
+    Key key;
+    ValueKind value;
+    bool required;
+};
+
+/// One kind of descriptor: the extension of its files, where they lie, and their keys.
+struct DescriptorKind {
+    std::string_view extension;
+    /// Each in a directory of its own, one level below where it is looked for; else right there.
+    bool hasDirectory;
+    /// Its owner is nothing without one.
+    bool needed;
+    std::span<const KeyRule> keys;
+
+    constexpr KeySet requiredKeys() const noexcept
+    {
+        KeySet required;
+        for (const KeyRule& rule : keys) {
+            if (rule.required) {
+                required.add(rule.key);
+            }
+        }
+        return required;
+    }
+};
+
+namespace detail {
+
+inline constexpr bool required = true;
+inline constexpr bool optional = false;
+
+inline constexpr KeyRule substanceKeys[] = {
+    { Key::ID, ValueKind::Number, required },
+    { Key::Name, ValueKind::Text, required },
+    { Key::Mixture, ValueKind::Number, required },
+    { Key::Composition, ValueKind::Text, required },
+    { Key::NameID, ValueKind::StringId, optional },
+    { Key::Comment, ValueKind::Text, optional },
+    { Key::CommentID, ValueKind::StringId, optional },
+};
+inline constexpr KeyRule phaseKeys[] = {
+    { Key::ID, ValueKind::Number, required },
+    { Key::Name, ValueKind::Text, required },
+    { Key::Aggreg, ValueKind::State, required },
+    { Key::NameID, ValueKind::StringId, optional },
+};
+inline constexpr KeyRule phaseChangeKeys[] = {
+    { Key::ID, ValueKind::Number, required },
+    { Key::Name, ValueKind::Text, required },
+    { Key::Phase1, ValueKind::Number, required },
+    { Key::Phase2, ValueKind::Number, required },
+    { Key::NameID, ValueKind::StringId, optional },
+};
+inline constexpr KeyRule descriptionKeys[] = {
+    { Key::ID, ValueKind::Number, required },
+    { Key::Name, ValueKind::Text, required },
+    { Key::Units, ValueKind::Text, required },
+    { Key::Binary, ValueKind::Flag, required },
+    { Key::NameID, ValueKind::StringId, optional },
+    { Key::UnitsID, ValueKind::StringId, optional },
+    { Key::Scalar, ValueKind::Flag, optional },
+    { Key::Vector, ValueKind::Flag, optional },
+    { Key::AvForPhases, ValueKind::States, optional },
+    { Key::DataTypes, ValueKind::Types, optional },
+};
+inline constexpr KeyRule headKeys[] = {
+    { Key::ID, ValueKind::Number, required },
+    { Key::Vector, ValueKind::Flag, required },
+    { Key::Type, ValueKind::Type, required },
+    { Key::Data, ValueKind::FileName, required },
+};
+
+} // namespace detail
+
+inline constexpr DescriptorKind substanceKind { substanceExtension, true, false, detail::substanceKeys };
+inline constexpr DescriptorKind phaseKind { phaseExtension, true, true, detail::phaseKeys };
+inline constexpr DescriptorKind phaseChangeKind { phaseChangeExtension, true, false,
+    detail::phaseChangeKeys };
+inline constexpr DescriptorKind descriptionKind { descriptionExtension, false, false,
+    detail::descriptionKeys };
+inline constexpr DescriptorKind headKind { headExtension, false, false, detail::headKeys };
+
+} // namespace format

@@ -1,0 +1,90 @@
+#include "format/paths.h"
+
+#include <algorithm>
+
+namespace format {
+
+namespace {
+
+constexpr std::string_view separators = "/\\";
+
+} // namespace
+
+PathParts splitPath(std::string_view path) noexcept
+{
+    const std::size_t separator = path.find_last_of(separators);
+    const std::size_t start = separator == std::string_view::npos ? 0 : separator + 1;
+    PathParts parts;
+    parts.dir = start >= 2 ? path.substr(0, separator) : std::string_view();
+    parts.name = path.substr(start);
+    const std::size_t point = parts.name.rfind('.');
+    if (point != std::string_view::npos) {
+        parts.ext = parts.name.substr(point + 1);
+        parts.name = parts.name.substr(0, point);
+    }
+    return parts;
+}
+
+bool isBareName(std::string_view name) noexcept
+{
+    return name.find_first_of(separators) == std::string_view::npos;
+}
+
+std::string joinPath(std::string_view directory, std::string_view name)
+{
+    std::string path;
+    path.reserve(directory.size() + 1 + name.size());
+    return path.append(directory).append(1, '/').append(name);
+}
+
+std::string_view scannedPath(std::string_view directory) noexcept
+{
+    const bool endsInSeparator = !directory.empty() && separators.find(directory.back()) != separators.npos;
+    directory.remove_suffix(endsInSeparator ? 1 : 0);
+    return directory;
+}
+
+bool hasExtension(std::string_view name, std::string_view extension) noexcept
+{
+    return name.size() > extension.size() && name[name.size() - extension.size() - 1] == '.'
+        && std::equal(extension.rbegin(), extension.rend(), name.rbegin()); // mostly the last differs
+}
+
+std::string numberedName(std::string_view prefix, std::size_t number, std::string_view extension)
+{
+    std::string name(prefix);
+    name += std::to_string(number);
+    if (!extension.empty()) {
+        name.append(1, '.').append(extension);
+    }
+    return name;
+}
+
+std::optional<std::size_t> numberOf(
+    std::string_view name, std::string_view prefix, std::string_view extension) noexcept
+{
+    if (!name.starts_with(prefix)) {
+        return std::nullopt;
+    }
+    name.remove_prefix(prefix.size());
+    if (!extension.empty()) {
+        if (!hasExtension(name, extension)) {
+            return std::nullopt;
+        }
+        name.remove_suffix(extension.size() + 1);
+    }
+    constexpr std::size_t maxDigits = 18; // more are never the first number that is free
+    if (name.empty() || name.size() > maxDigits || name.front() == '0') {
+        return std::nullopt;
+    }
+    std::size_t number = 0;
+    for (const char c : name) {
+        if (c < '0' || c > '9') {
+            return std::nullopt;
+        }
+        number = number * 10 + static_cast<std::size_t>(c - '0');
+    }
+    return number;
+}
+
+} // namespace format

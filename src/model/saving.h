@@ -1,0 +1,20 @@
+#pragma once
+
+#include "files/CDirectory.h"
+#include "model/CIdMap.h"
+#include "qmdatabase/status.h"
+
+#include <utility>
+
+/// Saves a new object in its open directory and inserts it, in the place of one with its ID.
+template <class Object>
+int saveAndInsert(CIdMap<Object>& objects, Object object, const CDirectory& directory)
+{
+    objects.reserveOne(); // first, so that what stands on the disk also stands in the map
+    const long id = object.getID();
+    const int code = object.saveFile(directory);
+    if (code == QMDB_OK) {
+        objects.insert(id, std::move(object));
+    }
+    return code;
+}

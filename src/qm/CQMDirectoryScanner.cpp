@@ -1,0 +1,66 @@
+#include "qm/CQMDirectoryScanner.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+namespace qm {
+
+namespace {
+
+/// The directory test is a bit test, which block devices and sockets pass as well.
+constexpr mode_t directoryBit = 0x4000;
+
+bool isSelfOrParent(std::string_view name)
+{
+    return name == "." || name == "..";
+}
+
+} // namespace
+
+bool CQMDirectoryScanner::GetNext() noexcept
+{
+    for (;;) {
+        if (at_ == end_) {
+            // The plain call instead of opendir, which asks for the directory's status every time.
+            const ssize_t size = ::getdents64(directory_, buffer_.data(), buffer_.size());
+            if (size <= 0) {
+                error_ = size == 0 ? 0 : errno;
+                return false;
+            }
+            at_ = 0;
+            end_ = static_cast<std::size_t>(size);
+        }
+        const auto& entry = *reinterpret_cast<const dirent64*>(buffer_.data() + at_);
+        at_ += entry.d_reclen;
+        if (!isSelfOrParent(entry.d_name)) {
+            name_ = entry.d_name;
+            kind_ = kindOf(entry);
+            return true;
+        }
+    }
+}
+
+CQMDirectoryScanner::Kind CQMDirectoryScanner::kindOf(const dirent64& entry) const noexcept
+{
+    switch (entry.d_type) {
+    case DT_DIR:
+    case DT_BLK:
+    case DT_SOCK:
+        return Kind::Directory;
+    case DT_LNK:
+    case DT_UNKNOWN:
+        break;
+    default:
+        return Kind::File;
+    }
+    struct stat status { };
+    if (::fstatat(directory_, entry.d_name, &status, 0) != 0) {
+        return Kind::Missing;
+    }
+    return status.st_mode & directoryBit ? Kind::Directory : Kind::File;
+}
+
+} // namespace qm

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <dirent.h>
+
+namespace qm {
+
+/// Reads the entries of an open directory in the system's order, without "." and "..".
+class CQMDirectoryScanner {
+public:
+    /// `directory` must have been opened for this and can be read once.
+    explicit CQMDirectoryScanner(int directory) noexcept
+        : directory_(directory)
+    {
+    }
+
+    /// Goes to the next entry; false at the end and after a failure.
+    bool GetNext() noexcept;
+
+    /// The entry's name in the locale's encoding, valid until GetNext().
+    const char* name() const noexcept { return name_; }
+    /// True for a directory and a link to one; block devices and sockets count as directories too.
+    bool isDirectory() const noexcept { return kind_ == Kind::Directory; }
+    /// True for a link to nothing.
+    bool isMissing() const noexcept { return kind_ == Kind::Missing; }
+
+    /// Once GetNext() has returned false: 0 at the end, else the number of the error.
+    int error() const noexcept { return error_; }
+
+private:
+    enum class Kind { Directory, File, Missing };
+
+    Kind kindOf(const dirent64& entry) const noexcept;
+
+    int directory_;
+    int error_ = 0;
+    const char* name_ = nullptr;
+    Kind kind_ = Kind::Missing;
+    std::size_t at_ = 0;
+    std::size_t end_ = 0;
+    alignas(dirent64) std::array<char, 32768> buffer_;
+};
+
+} // namespace qm
