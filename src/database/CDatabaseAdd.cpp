@@ -31,7 +31,7 @@ int saveEntity(CIdMap<Entity>& entities, Entity entity, std::string_view success
 {
     const CLog& log = entity.log();
     const long id = entity.getID();
-    const std::string path = entity.path.text();
+    const std::string path = entity.path.shown();
     CDirectory directory(entity.path.directoryPart());
     directory.open();
     if (const int code = saveAndInsert(entities, std::move(entity), directory); code != QMDB_OK) {
@@ -50,6 +50,18 @@ std::span<const COMPONENT> componentsOf(const MATTER& matter) noexcept
     return { matter.composition, static_cast<std::size_t>(matter.compositionCount) };
 }
 
+/// False when the mixture's composition would make a line that cannot be read; a sum that is refused later
+/// makes none.
+bool compositionFits(const MATTER& matter)
+{
+    const std::span<const COMPONENT> components = componentsOf(matter);
+    if (matter.mixture == 0 || !format::isSumAllowed(format::sumOfFractions(components))) {
+        return true;
+    }
+    constexpr std::size_t keyLength = textOf(CMatter::s_CompositionKey).size() + 1;
+    return keyLength + format::compositionText(components).size() <= format::maxLineLength;
+}
+
 } // namespace
 
 int CDatabase::addMatter(const MATTER& matter)
@@ -58,6 +70,10 @@ int CDatabase::addMatter(const MATTER& matter)
     if (isMatterNamePresent(name)) {
         log_.error("Cannot append a substance because a duplicated name, ", name);
         return QMDB_E_DUPLICATE_NAME;
+    }
+    if (!compositionFits(matter)) {
+        log_.error("Composition line is too long: ", name);
+        return QMDB_E_FORMAT;
     }
     CMatter created(log_, *strings_);
     created.path = makeEntityDir(path_, s_matterDirsPrefix, s_matterFilesExt);

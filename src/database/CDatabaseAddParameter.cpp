@@ -2,6 +2,7 @@
 
 #include "files/uniqueNames.h"
 #include "format/paths.h"
+#include "qm/CQMDirectoryLock.h"
 #include "qmdatabase/status.h"
 
 int CDatabase::addMatterParameter(long matterId, const PARAMETER& param, const IDbData* data)
@@ -76,19 +77,23 @@ int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAME
     }
     CDirectory directory(owner.path.directoryPart());
     directory.open();
+    // From the choice of the name until its head stands: no other process's data file gets under it.
+    const qm::CQMDirectoryLock lock(directory.descriptor());
     CParameterData head(log_);
     head.path = CFilePath(directory.path(), uniqueName(directory, s_paramFilePrefix, s_paramFileExt));
-    const std::string headPath = head.path.text();
+    const std::string shownPath = head.path.shown();
     head.setID(param.id);
     head.setVector(param.vector);
     head.setType(param.type);
-    const std::string_view stem = format::splitPath(headPath).name;
+    const std::string_view stem = format::splitPath(head.path.name()).name;
     head.setDataFileName(std::string(stem).append(1, '.').append(s_paramDataFileExt));
-    // The head is saved either way; reading the value shows what became of the data file.
-    static_cast<void>(head.setData(*data, directory));
+    // A data file that cannot be opened is no failure: the head is saved, and reading the value fails.
+    if (head.setData(*data, directory) == values::SaveResult::NotWritten) {
+        return QMDB_E_FILE;
+    }
     if (const int code = heads.saveAndInsert(std::move(head), directory); code != QMDB_OK) {
         return code;
     }
-    log_.info(successMessage, headPath, ", ID=", param.id);
+    log_.info(successMessage, shownPath, ", ID=", param.id);
     return QMDB_OK;
 }

@@ -19,6 +19,11 @@ std::size_t append(std::vector<FoundFile>& files, CDirectory& directory, std::st
     return files.size() - before;
 }
 
+bool isTooLarge(const CLineReader& lines, const CKeyMap::Builder& entries)
+{
+    return lines.bytesDelivered() >= format::maxDescriptorSize || entries.size() > CKeyMap::maxSize;
+}
+
 } // namespace
 
 CDirectory& FoundFile::neighbours(std::optional<CDirectory>& other) const
@@ -46,7 +51,7 @@ void CDbFile::read(const qm::NativePath& native)
 {
     qm::CQMInputFile file(native);
     if (!file.isOpen()) {
-        log_->error("Cannot open file: ", path.text());
+        log_->error("Cannot open file: ", path.shown());
         status = QMDB_E_FILE;
         return;
     }
@@ -56,8 +61,8 @@ void CDbFile::read(const qm::NativePath& native)
     while (status == QMDB_E_READ) {
         std::string_view bytes;
         const CLineReader::Result result = lines.next(bytes);
-        if (result == CLineReader::Result::Failed) {
-            log_->error("Cannot read from  file: ", path.text());
+        if (result == CLineReader::Result::Failed || isTooLarge(lines, entries)) {
+            log_->error("Cannot read from  file: ", path.shown());
             break;
         }
         switch (parser.parse(bytes)) {
@@ -65,20 +70,22 @@ void CDbFile::read(const qm::NativePath& native)
             entries.add(parser.key(), parser.value());
             break;
         case format::CDescriptorParser::Result::NoKey:
-            log_->error("File format error: ", path.text(), "(", parser.value(), ")");
+            log_->error("File format error: ", path.shown(), "(", parser.value(), ")");
             break;
         case format::CDescriptorParser::Result::Blank:
             break;
         }
         if (result == CLineReader::Result::TooLong) {
-            log_->error("File format error (line too long): ", path.text());
+            log_->error("File format error (line too long): ", path.shown());
         }
         if (result == CLineReader::Result::TooLong || lines.hitEnd()) {
             status = QMDB_OK;
         }
     }
     utf8 = parser.isUtf8();
-    keys_ = entries.finish();
+    if (entries.size() <= CKeyMap::maxSize) {
+        keys_ = entries.finish();
+    }
 }
 
 std::string_view CDbFile::getParametr(format::Key key, std::string_view defaultValue) const noexcept
@@ -111,7 +118,7 @@ int CDbFile::saveFile(const CDirectory& directory) const
         }
     }
     if (!directory.writeWholeFile(path.name(), bytes)) {
-        log_->error("Cannot open file for write: ", path.text());
+        log_->error("Cannot open file for write: ", path.shown());
         return QMDB_E_FILE;
     }
     return QMDB_OK;
@@ -129,7 +136,10 @@ int CDbFile::findFiles(
 int CDbFile::getFilesList(
     const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files)
 {
-    log.info("Process subdirectory: ", *directory.path());
+    log.info("Process subdirectory: ", format::shown(*directory.path()));
+    if (const int code = directory.list(log); code != QMDB_OK) {
+        return code;
+    }
     append(files, directory, extension);
     return QMDB_OK;
 }
@@ -137,13 +147,19 @@ int CDbFile::getFilesList(
 int CDbFile::getFilesListDownLevel(
     const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files)
 {
-    log.info("Process subdirectory one level: ", *directory.path());
+    log.info("Process subdirectory one level: ", format::shown(*directory.path()));
+    if (const int code = directory.list(log); code != QMDB_OK) {
+        return code;
+    }
     for (CDirectory& subdirectory : directory.subdirectories()) {
+        if (const int code = subdirectory.list(log); code != QMDB_OK) {
+            return code;
+        }
         const std::size_t count = append(files, subdirectory, extension);
         if (count == 0) {
             log.info("No files");
         } else if (count > 1) {
-            log.error("More than one files: ", subdirectory.name());
+            log.error("More than one files: ", format::shown(subdirectory.name()));
             return QMDB_E_FILE;
         }
     }
@@ -156,5 +172,5 @@ void CDbFile::requireKeys(format::KeySet required)
         return;
     }
     status = QMDB_E_REQUIRED_KEY;
-    log_->error("No required field(s) in file: ", path.text());
+    log_->error("No required field(s) in file: ", path.shown());
 }

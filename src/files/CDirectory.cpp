@@ -5,15 +5,29 @@
 #include "qm/CQMDirectoryScanner.h"
 #include "qm/CQMOutputFile.h"
 #include "qm/EQMException.h"
+#include "qmdatabase/status.h"
 
 #include <cerrno>
 
 namespace {
 
-/// Directories beside many others are closed once listed, so that the host does not run out of files.
-constexpr std::size_t maxOpenSiblings = 8;
+/// Directories beside more others are closed once listed: opening a database takes 8 descriptors at most.
+constexpr std::size_t maxOpenInRoot = 1;
+constexpr std::size_t maxOpenBelow = 4;
 
 constexpr std::size_t usualEntries = 16; // of a substance or a phase
+
+/// The error of a directory that is not there, or is none.
+bool isAbsence(int number)
+{
+    return number == ENOENT || number == ENOTDIR;
+}
+
+/// The error of a system that can do no more, whichever directory is asked for.
+bool isOutage(int number)
+{
+    return number == EMFILE || number == ENFILE || number == ENOMEM || number == EIO;
+}
 
 } // namespace
 
@@ -28,49 +42,64 @@ std::vector<CDirectory>& CDirectory::subdirectories()
 {
     if (!subdirectories_) {
         std::vector<CDirectory> found;
-        for (const Entry& entry : entries()) {
+        for (const Entry& entry : entries_) {
             if (entry.isDirectory) {
                 found.push_back(CDirectory(*this, entry.name));
             }
         }
         for (CDirectory& directory : found) {
-            directory.staysOpen_ = found.size() <= maxOpenSiblings;
+            directory.staysOpen_ = found.size() <= (parent_ ? maxOpenBelow : maxOpenInRoot);
         }
         subdirectories_ = std::move(found);
     }
     return *subdirectories_;
 }
 
-const std::vector<CDirectory::Entry>& CDirectory::entries()
+int CDirectory::list(const CLog& log)
 {
-    if (entries_) {
-        return *entries_;
+    if (!listed_) {
+        readListing();
     }
+    if (listError_ == 0 || isAbsence(listError_)) {
+        return QMDB_OK;
+    }
+    // Each scan reports it, though the directory is read once.
+    log.error("Cannot list directory: ", format::shown(*path_));
+    return isOutage(listError_) ? QMDB_E_FILE : QMDB_OK;
+}
+
+void CDirectory::readListing()
+{
     if (format::text::toLocale(*path_).empty()) {
         throw qm::EQMException(qm::ErrorCode::InvalidArgument);
     }
-    entries_.emplace();
+    listed_ = true;
     const std::string listed(format::scannedPath(*path_));
     if (!listed.empty() && (listed == *path_ || listed + '/' == *path_)) {
         open();
-        list(descriptor());
+        listError_ = handle_ ? readEntries(handle_.get()) : openError_;
     } else {
         // Paths of entries lead through another directory than is listed, as those of "a\" through "a\/".
-        list(qm::CQMFileSystem::OpenDirectory({ AT_FDCWD, format::text::toLocale(listed) }).get());
+        const qm::FileHandle directory
+            = qm::CQMFileSystem::OpenDirectory({ AT_FDCWD, format::text::toLocale(listed) });
+        listError_ = directory ? readEntries(directory.get()) : errno;
     }
     if (!staysOpen_) {
         handle_ = qm::FileHandle();
     }
-    return *entries_;
+    if (listError_ != 0) {
+        entries_.clear();
+    }
 }
 
-void CDirectory::list(int descriptor)
+int CDirectory::readEntries(int descriptor)
 {
-    entries_->reserve(usualEntries);
+    entries_.reserve(usualEntries);
     qm::CQMDirectoryScanner scanner(descriptor);
     while (scanner.GetNext()) {
-        entries_->push_back({ format::text::fromLocale(scanner.name()), scanner.isDirectory() });
+        entries_.push_back({ format::text::fromLocale(scanner.name()), scanner.isDirectory() });
     }
+    return scanner.error();
 }
 
 void CDirectory::open()
@@ -107,7 +136,7 @@ bool CDirectory::writeWholeFile(const std::string& name, std::string_view bytes)
 bool CDirectory::flush() const noexcept
 {
     if (handle_) {
-        return qm::CQMFileSystem::Flush(handle_.get());
+        return qm::CQMFileSystem::FlushDirectory(handle_.get());
     }
     errno = openError_;
     return openError_ == EACCES;
@@ -128,7 +157,8 @@ qm::NativePath CDirectory::pathOf(const std::string& name) const
 
 void CDirectory::close()
 {
-    entries_.reset();
+    listed_ = false;
+    entries_ = {};
     subdirectories_.reset();
     handle_ = qm::FileHandle();
 }

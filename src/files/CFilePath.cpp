@@ -7,6 +7,11 @@ std::string CFilePath::text() const
     return format::joinPath(*directory_, name_);
 }
 
+std::string CFilePath::shown() const
+{
+    return format::shown(text());
+}
+
 std::shared_ptr<const std::string> CFilePath::directoryPart() const
 {
     if (format::isBareName(name_)) {

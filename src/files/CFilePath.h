@@ -16,6 +16,8 @@ public:
 
     const std::string& name() const noexcept { return name_; }
     std::string text() const;
+    /// The path for the log.
+    std::string shown() const;
 
     /// The directory part of text(). That is not always the directory that the path was made of: a
     /// backslash in the name separates as well.

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -22,6 +23,9 @@ public:
         std::string_view key;
         std::string_view value;
     };
+
+    /// Most bytes that a map can have.
+    static constexpr std::size_t maxSize = std::numeric_limits<std::uint32_t>::max();
 
     CKeyMap() = default;
 
@@ -43,6 +47,8 @@ public:
         Builder& operator=(const Builder&) = delete;
 
         void add(std::string_view key, std::string_view value);
+        /// Bytes of all entries; with more than maxSize finish() must not be called.
+        std::size_t size() const noexcept { return size_; }
         CKeyMap finish() const;
 
     private:

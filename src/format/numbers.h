@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// Numbers as descriptor and data files hold them. Both directions follow the C library's "%ld", "%lu"
-/// and "%lg" in the current numeric locale.
+/// Numbers as descriptor and data files hold them: the C library's "%ld", "%lu" and "%lg" in the locale "C",
+/// whatever the host's locale is, so that files mean the same everywhere.
 namespace format {
 
 /// "%ld": 0 when no number begins the text; what follows the number is ignored.

@@ -37,6 +37,16 @@ std::string joinPath(std::string_view directory, std::string_view name)
     return path.append(directory).append(1, '/').append(name);
 }
 
+std::string shown(std::string_view path)
+{
+    constexpr char firstNoControl = ' ';
+    constexpr char deleteCharacter = '\x7F';
+    std::string text(path);
+    std::ranges::replace_if(
+        text, [](char c) { return (c >= '\0' && c < firstNoControl) || c == deleteCharacter; }, '?');
+    return text;
+}
+
 std::string_view scannedPath(std::string_view directory) noexcept
 {
     const bool endsInSeparator = !directory.empty() && separators.find(directory.back()) != separators.npos;

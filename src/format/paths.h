@@ -25,6 +25,9 @@ bool isBareName(std::string_view name) noexcept;
 /// Directory, "/" and name.
 std::string joinPath(std::string_view directory, std::string_view name);
 
+/// A path for the log: control characters, which names of entries may hold, become "?".
+std::string shown(std::string_view path);
+
 /// The path of the directory that a scan of `directory` lists: one separator at the end is dropped.
 std::string_view scannedPath(std::string_view directory) noexcept;
 

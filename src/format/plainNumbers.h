@@ -9,9 +9,9 @@
 /// big tables are made of nothing else.
 namespace format {
 
-/// True when the C library would read plain numbers as parsePlainNumber() does: the locale's point is
-/// ".", the rounding mode is to nearest, and ASCII bytes are ASCII characters.
-bool plainNumbersAllowed();
+/// True when the C library would read plain numbers as parsePlainNumber() does: the rounding mode is to
+/// nearest.
+bool plainNumbersAllowed() noexcept;
 
 namespace detail {
 

@@ -34,6 +34,8 @@ inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
 /// Most bytes of a line before its LF, a CR and a mark included.
 inline constexpr std::size_t maxLineLength = 1022;
+/// A descriptor of so many bytes or more cannot be read.
+inline constexpr std::size_t maxDescriptorSize = std::size_t { 1 } << 32;
 /// Most characters of one number of a composition.
 inline constexpr std::size_t maxNumberLength = 1023;
 

@@ -24,7 +24,7 @@ int loadAs(const CParameterData& head, const std::string& path, PARAM_TYPE type,
 }
 
 template <class Plain>
-int saveAs(const CParameterData& head, const CDirectory& directory, const IDbData& value)
+values::SaveResult saveAs(const CParameterData& head, const CDirectory& directory, const IDbData& value)
 {
     return values::save(
         head, directory, std::string(head.getDataFileName()), values::plainCopy<Plain>(value));
@@ -63,7 +63,7 @@ int CParameterData::getData(IDbData*& result) const
     }
 }
 
-int CParameterData::setData(const IDbData& value, const CDirectory& directory) const
+values::SaveResult CParameterData::setData(const IDbData& value, const CDirectory& directory) const
 {
     switch (getType()) {
     case PARAM_TYPE_CONSTANT:
@@ -78,7 +78,7 @@ int CParameterData::setData(const IDbData& value, const CDirectory& directory) c
         return isVector() ? saveAs<values::PlainTable2D<SUBTABLEVECT>>(*this, directory, value)
                           : saveAs<values::PlainTable2D<SUBTABLECONST>>(*this, directory, value);
     default:
-        return QMDB_E_NOT_FOUND;
+        return values::SaveResult::NotOpened; // no description allows such a type
     }
 }
 

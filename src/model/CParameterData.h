@@ -2,6 +2,7 @@
 
 #include "files/CDbFile.h"
 #include "qmdatabase/values.h"
+#include "values/formats.h"
 
 /// The head of one parameter value: which parameter it is, of what type, and which data file beside
 /// the head holds the numbers.
@@ -35,7 +36,7 @@ public:
 
     /// Writes the data file into `directory`, the head's own, which is open. The head's type and vector flag,
     /// which must be set, tell the value's class; the value's own fields are not looked at.
-    int setData(const IDbData& value, const CDirectory& directory) const;
+    values::SaveResult setData(const IDbData& value, const CDirectory& directory) const;
 
 private:
     std::string dataFilePath() const;

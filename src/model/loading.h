@@ -38,11 +38,11 @@ int loadAll(CIdMap<Object>& objects, CDirectory& directory, const format::Descri
         Object object = make(file);
         note(object);
         if (object.status == QMDB_E_NO_PHASES) {
-            log.error("Material without phases: ", object.path.text());
+            log.error("Material without phases: ", object.path.shown());
             continue;
         }
         if (object.status != QMDB_OK) {
-            log.error(messages.cannotLoad, object.path.text());
+            log.error(messages.cannotLoad, object.path.shown());
             return object.status;
         }
         const long id = object.getID();

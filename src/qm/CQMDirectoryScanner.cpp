@@ -1,6 +1,7 @@
 #include "qm/CQMDirectoryScanner.h"
 
-#include <cerrno>
+#include "qm/retry.h"
+
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
@@ -25,7 +26,8 @@ bool CQMDirectoryScanner::GetNext() noexcept
     for (;;) {
         if (at_ == end_) {
             // The plain call instead of opendir, which asks for the directory's status every time.
-            const ssize_t size = ::getdents64(directory_, buffer_.data(), buffer_.size());
+            const ssize_t size
+                = retried([this] { return ::getdents64(directory_, buffer_.data(), buffer_.size()); });
             if (size <= 0) {
                 error_ = size == 0 ? 0 : errno;
                 return false;
@@ -57,7 +59,7 @@ CQMDirectoryScanner::Kind CQMDirectoryScanner::kindOf(const dirent64& entry) con
         return Kind::File;
     }
     struct stat status { };
-    if (::fstatat(directory_, entry.d_name, &status, 0) != 0) {
+    if (retried([&] { return ::fstatat(directory_, entry.d_name, &status, 0); }) != 0) {
         return Kind::Missing;
     }
     return status.st_mode & directoryBit ? Kind::Directory : Kind::File;

@@ -1,9 +1,15 @@
 #include "qm/CQMFileSystem.h"
 
 #include "qm/EQMException.h"
+#include "qm/retry.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
+#include <cstdio>
 #include <span>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,11 +50,80 @@ constexpr ErrorMapping removeFileErrors[] = {
     throw EQMException(ErrorCode::FileOperationFailed, number);
 }
 
+/// A path as one system call takes it: a long one is walked to its last part, which opens a directory or
+/// more on the way.
+class ShortPath {
+public:
+    explicit ShortPath(const NativePath& path) noexcept
+        : directory_(path.directory)
+        , rest_(path.path.c_str())
+    {
+        for (std::size_t length = path.path.size(); length >= PATH_MAX && walk(length);) {
+            length = path.path.size() - static_cast<std::size_t>(rest_ - path.path.c_str());
+        }
+    }
+
+    int directory() const noexcept { return directory_; }
+    const char* rest() const noexcept { return rest_; }
+
+private:
+    /// Walks as far as fits; false where the path cannot be cut or the system refuses it.
+    bool walk(std::size_t length) noexcept
+    {
+        const std::string_view piece(rest_, std::min<std::size_t>(length, PATH_MAX - 1));
+        const std::size_t end = piece.rfind('/');
+        if (end == std::string_view::npos || end == 0) {
+            return false;
+        }
+        std::array<char, PATH_MAX> way; // no string, as there may be no memory
+        *std::copy_n(piece.begin(), end, way.begin()) = '\0';
+        FileHandle next(
+            retried([&] { return ::openat(directory_, way.data(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
+        if (!next) {
+            return false;
+        }
+        walked_ = std::move(next);
+        directory_ = walked_.get();
+        rest_ += end;
+        while (*rest_ == '/') {
+            ++rest_;
+        }
+        return true;
+    }
+
+    FileHandle walked_;
+    int directory_;
+    const char* rest_;
+};
+
+bool isRegular(const ShortPath& path)
+{
+    struct stat status { };
+    return ::fstatat(path.directory(), path.rest(), &status, 0) == 0 && S_ISREG(status.st_mode);
+}
+
+int open(const ShortPath& path, int flags, mode_t mode)
+{
+    return retried([&] { return ::openat(path.directory(), path.rest(), flags, mode); });
+}
+
+/// Error numbers of a file system that does not know an operation.
+bool isUnknownOperation(int number)
+{
+    return number == EINVAL || number == ENOSYS || number == ENOTSUP;
+}
+
 } // namespace
 
 FileHandle CQMFileSystem::Open(const NativePath& path, int flags, mode_t mode)
 {
-    return FileHandle(::openat(path.directory, path.path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, mode));
+    const ShortPath way(path);
+    flags |= O_CLOEXEC;
+    int descriptor = open(way, flags | O_NONBLOCK, mode);
+    if (descriptor < 0 && errno == EWOULDBLOCK && isRegular(way)) {
+        descriptor = open(way, flags, mode); // it is leased, and the lease's holder gives it up
+    }
+    return FileHandle(descriptor);
 }
 
 FileHandle CQMFileSystem::OpenDirectory(const NativePath& path)
@@ -58,8 +133,17 @@ FileHandle CQMFileSystem::OpenDirectory(const NativePath& path)
 
 bool CQMFileSystem::Exists(const NativePath& path)
 {
+    const ShortPath way(path);
     struct stat status { };
-    return ::fstatat(path.directory, path.path.c_str(), &status, 0) == 0;
+    return retried([&] { return ::fstatat(way.directory(), way.rest(), &status, 0); }) == 0;
+}
+
+bool CQMFileSystem::IsLink(const NativePath& path)
+{
+    const ShortPath way(path);
+    struct stat status { };
+    return retried([&] { return ::fstatat(way.directory(), way.rest(), &status, AT_SYMLINK_NOFOLLOW); }) == 0
+        && S_ISLNK(status.st_mode);
 }
 
 bool CQMFileSystem::FileExists(const NativePath& path)
@@ -69,16 +153,18 @@ bool CQMFileSystem::FileExists(const NativePath& path)
 
 void CQMFileSystem::MakeDir(const NativePath& path)
 {
-    if (::mkdirat(path.directory, path.path.c_str(), 0750) != 0) {
+    const ShortPath way(path);
+    if (retried([&] { return ::mkdirat(way.directory(), way.rest(), 0750); }) != 0) {
         ThrowMakeDirError(errno);
     }
 }
 
 void CQMFileSystem::RemoveFile(const NativePath& path)
 {
-    int result = ::unlinkat(path.directory, path.path.c_str(), 0);
+    const ShortPath way(path);
+    int result = retried([&] { return ::unlinkat(way.directory(), way.rest(), 0); });
     if (result != 0 && errno == EISDIR) {
-        result = ::unlinkat(path.directory, path.path.c_str(), AT_REMOVEDIR);
+        result = retried([&] { return ::unlinkat(way.directory(), way.rest(), AT_REMOVEDIR); });
     }
     if (result != 0) {
         throwFor(errno, removeFileErrors);
@@ -87,12 +173,43 @@ void CQMFileSystem::RemoveFile(const NativePath& path)
 
 void CQMFileSystem::TryRemoveFile(const NativePath& path) noexcept
 {
-    static_cast<void>(::unlinkat(path.directory, path.path.c_str(), 0));
+    const ShortPath way(path);
+    static_cast<void>(retried([&] { return ::unlinkat(way.directory(), way.rest(), 0); }));
 }
 
-bool CQMFileSystem::Flush(int descriptor) noexcept
+MoveResult CQMFileSystem::MoveToFreePlace(const NativePath& from, const NativePath& to) noexcept
 {
-    return ::fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP;
+    const ShortPath source(from);
+    const ShortPath target(to);
+    const auto move = [&] {
+        return ::renameat2(
+            source.directory(), source.rest(), target.directory(), target.rest(), RENAME_NOREPLACE);
+    };
+    const auto link
+        = [&] { return ::linkat(source.directory(), source.rest(), target.directory(), target.rest(), 0); };
+    if (retried(move) == 0) {
+        return MoveResult::Moved;
+    }
+    if (isUnknownOperation(errno) && retried(link) == 0) {
+        TryRemoveFile(from);
+        return MoveResult::Moved;
+    }
+    if (errno == EEXIST) {
+        return MoveResult::Taken;
+    }
+    // EPERM is what file systems without hard links answer.
+    return isUnknownOperation(errno) || errno == EPERM ? MoveResult::Unsupported : MoveResult::Failed;
+}
+
+bool CQMFileSystem::FlushFile(int descriptor) noexcept
+{
+    return retried([&] { return ::fsync(descriptor); }) == 0 || errno == EINVAL || errno == ENOTSUP;
+}
+
+bool CQMFileSystem::FlushDirectory(int descriptor) noexcept
+{
+    return retried([&] { return ::fsync(descriptor); }) == 0 || isUnknownOperation(errno) || errno == ENOTTY
+        || errno == EBADF;
 }
 
 void CQMFileSystem::ThrowMakeDirError(int number)

@@ -4,17 +4,25 @@
 
 #include <fcntl.h>
 #include <string>
+#include <sys/types.h>
 
 namespace qm {
 
 /// A path as the system takes it, in the locale's encoding: relative to an open directory, or by default
-/// to where the process stands.
+/// to where the process stands. It may be longer than the system takes in one piece.
 struct NativePath {
     int directory = AT_FDCWD; ///< must stay open while the path is used
     std::string path;
 };
 
-/// Opening, testing, making and removing of entries.
+enum class MoveResult {
+    Moved,
+    Taken, ///< something stands there
+    Unsupported, ///< by the file system, unless it replaces what stands there
+    Failed,
+};
+
+/// Opening, testing, making and removing of entries. What a signal interrupts is tried again.
 class CQMFileSystem {
 public:
     /// Opens with O_CLOEXEC and without waiting, so that a FIFO cannot hang the host. The handle is empty
@@ -25,6 +33,7 @@ public:
 
     /// True when something stands at the path; links are followed, an error counts as nothing.
     static bool Exists(const NativePath& path);
+    static bool IsLink(const NativePath& path);
     /// True when the path can be opened for reading; a directory can.
     static bool FileExists(const NativePath& path);
 
@@ -33,12 +42,16 @@ public:
     static void MakeDir(const NativePath& path);
     /// Removes a file or an empty directory. Throws EQMException.
     static void RemoveFile(const NativePath& path);
-
     /// Removes a file; failures are ignored.
     static void TryRemoveFile(const NativePath& path) noexcept;
 
-    /// Flushes an open file or directory to the disk, where the file system has the operation.
-    static bool Flush(int descriptor) noexcept;
+    /// Moves a file to where nothing stands.
+    static MoveResult MoveToFreePlace(const NativePath& from, const NativePath& to) noexcept;
+
+    /// Flush an open file, or directory, to the disk. True as well where the file system has no such
+    /// operation; else false with errno set.
+    static bool FlushFile(int descriptor) noexcept;
+    static bool FlushDirectory(int descriptor) noexcept;
 
     /// Throws what MakeDir() throws for an error number.
     [[noreturn]] static void ThrowMakeDirError(int number);

@@ -1,6 +1,7 @@
 #include "qm/CQMInputFile.h"
 
-#include <cerrno>
+#include "qm/retry.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,11 +14,7 @@ CQMInputFile::CQMInputFile(const NativePath& path)
 
 ssize_t CQMInputFile::read(std::span<char> to) noexcept
 {
-    ssize_t count = 0;
-    do {
-        count = ::read(file_.get(), to.data(), to.size());
-    } while (count < 0 && errno == EINTR);
-    return count;
+    return retried([&] { return ::read(file_.get(), to.data(), to.size()); });
 }
 
 std::size_t CQMInputFile::size() const noexcept

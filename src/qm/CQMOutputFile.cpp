@@ -1,7 +1,7 @@
 #include "qm/CQMOutputFile.h"
 
-#include <cerrno>
-#include <cstdio>
+#include "qm/retry.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,10 +16,7 @@ constexpr int writingFlags = O_WRONLY | O_CREAT;
 bool writeAll(int file, std::string_view bytes)
 {
     while (!bytes.empty()) {
-        const ssize_t written = ::write(file, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) {
-            continue;
-        }
+        const ssize_t written = retried([&] { return ::write(file, bytes.data(), bytes.size()); });
         if (written <= 0) {
             return false;
         }
@@ -28,9 +25,9 @@ bool writeAll(int file, std::string_view bytes)
     return true;
 }
 
-bool writeInPlace(const NativePath& path, std::string_view bytes)
+bool writeInPlace(const NativePath& path, std::string_view bytes, int flags)
 {
-    CQMOutputFile file(path);
+    CQMOutputFile file(path, flags);
     if (!file.isOpen()) {
         return false;
     }
@@ -38,14 +35,7 @@ bool writeInPlace(const NativePath& path, std::string_view bytes)
     return file.finish();
 }
 
-bool isLink(const NativePath& path)
-{
-    struct stat status { };
-    return ::fstatat(path.directory, path.path.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0
-        && S_ISLNK(status.st_mode);
-}
-
-/// A file beside its target, removed unless it was moved there.
+/// A file beside its target, removed unless it is moved there.
 class TemporaryFile {
 public:
     TemporaryFile(const NativePath& target, std::string_view ending)
@@ -72,20 +62,14 @@ public:
 
     bool fill(std::string_view bytes)
     {
-        return file_ && writeAll(file_.get(), bytes) && CQMFileSystem::Flush(file_.get());
+        return file_ && writeAll(file_.get(), bytes) && CQMFileSystem::FlushFile(file_.get());
     }
 
-    bool moveIntoPlace()
+    MoveResult moveIntoPlace() noexcept
     {
-        if (::renameat2(
-                own_.directory, own_.path.c_str(), target_.directory, target_.path.c_str(), RENAME_NOREPLACE)
-            == 0) {
-            moved_ = true;
-            return true;
-        }
-        // File systems without the operation; the destructor takes the second name away.
-        return (errno == EINVAL || errno == ENOSYS)
-            && ::linkat(own_.directory, own_.path.c_str(), target_.directory, target_.path.c_str(), 0) == 0;
+        const MoveResult result = CQMFileSystem::MoveToFreePlace(own_, target_);
+        moved_ = result == MoveResult::Moved;
+        return result;
     }
 
 private:
@@ -97,9 +81,17 @@ private:
 
 } // namespace
 
-CQMOutputFile::CQMOutputFile(const NativePath& path)
-    : file_(CQMFileSystem::Open(path, writingFlags | O_TRUNC, newFileMode))
+CQMOutputFile::CQMOutputFile(NativePath path, int flags)
+    : path_(std::move(path))
+    , file_(CQMFileSystem::Open(path_, writingFlags | flags, newFileMode))
 {
+}
+
+CQMOutputFile::~CQMOutputFile()
+{
+    if (!finished_) {
+        discard();
+    }
 }
 
 void CQMOutputFile::append(std::string_view bytes)
@@ -113,12 +105,26 @@ void CQMOutputFile::append(std::string_view bytes)
 bool CQMOutputFile::finish()
 {
     writeOut();
-    return CQMFileSystem::Flush(file_.get()) && good_;
+    finished_ = good_ && CQMFileSystem::FlushFile(file_.get());
+    return finished_;
+}
+
+void CQMOutputFile::discard() noexcept
+{
+    struct stat status { };
+    if (!file_ || ::fstat(file_.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return; // a device is not this library's to remove
+    }
+    if (CQMFileSystem::IsLink(path_)) {
+        static_cast<void>(retried([&] { return ::ftruncate(file_.get(), 0); }));
+    } else {
+        CQMFileSystem::TryRemoveFile(path_);
+    }
 }
 
 void CQMOutputFile::writeOut()
 {
-    good_ = writeAll(file_.get(), pending_) && good_;
+    good_ = good_ && writeAll(file_.get(), pending_);
     pending_.clear();
 }
 
@@ -131,12 +137,22 @@ bool writeWholeFile(const NativePath& path, std::string_view bytes, std::string_
     if (!file.fill(bytes)) {
         return false;
     }
-    return file.moveIntoPlace() || (errno == EEXIST && isLink(path) && writeInPlace(path, bytes));
+    switch (file.moveIntoPlace()) {
+    case MoveResult::Moved:
+        return true;
+    case MoveResult::Taken:
+        return CQMFileSystem::IsLink(path) && writeInPlace(path, bytes, O_TRUNC);
+    case MoveResult::Unsupported:
+        return writeInPlace(path, bytes, O_EXCL);
+    case MoveResult::Failed:
+        break;
+    }
+    return false;
 }
 
 void appendToFile(const NativePath& path, std::string_view bytes)
 {
-    const FileHandle file = CQMFileSystem::Open(path, writingFlags | O_APPEND, newFileMode);
+    const FileHandle file = CQMFileSystem::Open(path, writingFlags | O_APPEND | O_NOFOLLOW, newFileMode);
     if (file) {
         static_cast<void>(writeAll(file.get(), bytes));
     }

@@ -2,13 +2,14 @@
 
 #include "format/innerText.h"
 #include "format/rows.h"
+#include "qm/CQMTranscoder.h"
 #include "qmdatabase/status.h"
 
 namespace values {
 
 int reportMissing(const CLog& log, std::string_view path)
 {
-    log.error("Parameter data file doesn't exists: ", path); // a fixed text, as it stands
+    log.error("Parameter data file doesn't exists: ", format::shown(path)); // a fixed text, as it stands
     return QMDB_E_NO_DATA_FILE;
 }
 
@@ -17,7 +18,7 @@ CDataFile::CDataFile(const CLog& log, const std::string& path)
     , path_(path)
     , file_({ AT_FDCWD, format::text::toLocale(path) })
     , lines_(file_)
-    , plainNumbersAllowed_(format::plainNumbersAllowed())
+    , plainRowsAllowed_(format::plainNumbersAllowed() && qm::CQMTranscoder::IsAnsiAscii())
 {
 }
 
@@ -29,7 +30,7 @@ int CDataFile::checkOpen() const
     if (!qm::CQMFileSystem::Exists({ AT_FDCWD, format::text::toLocale(path_) })) {
         return reportMissing(log_, path_);
     }
-    log_.error("Cannot open parameter data file: ", path_);
+    log_.error("Cannot open parameter data file: ", shownPath());
     return QMDB_E_FILE;
 }
 
@@ -39,13 +40,13 @@ int CDataFile::next()
     if (lines_.next(bytes_) == CLineReader::Result::Line) {
         return QMDB_OK;
     }
-    log_.error("Cannot read parameter data file: ", path_);
+    log_.error("Cannot read parameter data file: ", shownPath());
     return QMDB_E_READ;
 }
 
 bool CDataFile::parsePlainRow(std::span<double> numbers) const noexcept
 {
-    return plainNumbersAllowed_ && format::parsePlainRow(bytes_, numbers);
+    return plainRowsAllowed_ && format::parsePlainRow(bytes_, numbers);
 }
 
 std::string_view CDataFile::text()

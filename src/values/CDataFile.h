@@ -3,6 +3,7 @@
 #include "files/CLineReader.h"
 #include "files/CLog.h"
 #include "format/descriptor.h"
+#include "format/paths.h"
 
 #include <span>
 #include <string>
@@ -43,14 +44,15 @@ public:
     std::size_t bytesAhead() const noexcept { return lines_.bytesAhead(); }
     std::size_t bytesDelivered() const noexcept { return lines_.bytesDelivered(); }
 
-    const std::string& path() const noexcept { return path_; }
+    /// The path for the log.
+    std::string shownPath() const { return format::shown(path_); }
 
 private:
     const CLog& log_;
     const std::string& path_;
     qm::CQMInputFile file_;
     CLineReader lines_;
-    bool plainNumbersAllowed_;
+    bool plainRowsAllowed_; ///< bytes mean what they mean in ASCII
     bool isDecoded_ = false;
     std::string_view bytes_;
     std::string_view text_;

@@ -43,20 +43,23 @@ private:
 
 /// Opens a data file, lets `fill` write it, and flushes it and its directory to the disk.
 template <class Fill>
-int write(const CDbFile& head, const CDirectory& directory, const std::string& name, Fill&& fill)
+SaveResult write(const CDbFile& head, const CDirectory& directory, const std::string& name, Fill&& fill)
 {
     qm::CQMOutputFile file(directory.pathOf(name));
     if (!file.isOpen()) {
         // The head's path, not the data file's: hosts match on this message.
-        head.log().error("Cannot open file for write: ", head.path.text());
-        return QMDB_E_FILE;
+        head.log().error("Cannot open file for write: ", head.path.shown());
+        return SaveResult::NotOpened;
     }
     CDataWriter writer(file);
     fill(writer);
-    // Errors after a successful open have no code; reading the value tells.
-    static_cast<void>(file.finish());
-    static_cast<void>(directory.flush());
-    return QMDB_OK;
+    if (!file.finish() || !directory.flush()) {
+        file.discard();
+        head.log().error(
+            "Cannot write parameter data file: ", CFilePath(head.path.directoryPart(), name).shown());
+        return SaveResult::NotWritten;
+    }
+    return SaveResult::Saved;
 }
 
 } // namespace values

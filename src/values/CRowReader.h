@@ -36,7 +36,7 @@ public:
         }
         const auto before = rows_.size() > 0 ? std::optional(rows_.back().x) : std::nullopt;
         if (!format::mayFollow(before, numbers.front())) {
-            fail(QMDB_E_NUMBER, "Monotony error [", index, file.text(), file.path());
+            fail(QMDB_E_NUMBER, "Monotony error [", index, file.text(), file.shownPath());
             return;
         }
         rows_.push(Traits::row(numbers));
@@ -64,10 +64,11 @@ private:
         const format::RowResult result = format::parseRow(file.text(), numbers);
         switch (result.fault) {
         case format::RowFault::Columns:
-            fail(QMDB_E_FORMAT, "Bad table format [", index, file.text(), file.path());
+            fail(QMDB_E_FORMAT, "Bad table format [", index, file.text(), file.shownPath());
             return false;
         case format::RowFault::Number:
-            fail(QMDB_E_NUMBER, Traits::badComponent, index, format::long2wstr(result.column), file.path());
+            fail(QMDB_E_NUMBER, Traits::badComponent, index, format::long2wstr(result.column),
+                file.shownPath());
             return false;
         case format::RowFault::None:
             break;

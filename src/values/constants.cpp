@@ -40,7 +40,7 @@ int load(const CDbFile& head, const std::string& path, IDbDataConst& value)
     }
     const std::optional<double> number = format::wstr2double(line);
     if (!number) {
-        head.log().error("Bad const value: ", line, " (", path, ")");
+        head.log().error("Bad const value: ", line, " (", format::shown(path), ")");
         return QMDB_E_NUMBER;
     }
     value.value = *number;
@@ -57,10 +57,10 @@ int load(const CDbFile& head, const std::string& path, IDbDataConstVector& value
     const format::RowResult result = format::parseRow(line, components);
     switch (result.fault) {
     case format::RowFault::Columns:
-        head.log().error("Bad const vector format: ", line, " (", path, ")");
+        head.log().error("Bad const vector format: ", line, " (", format::shown(path), ")");
         return QMDB_E_FORMAT;
     case format::RowFault::Number:
-        head.log().error("Bad const vector component: ", result.column, " (", path, ")");
+        head.log().error("Bad const vector component: ", result.column, " (", format::shown(path), ")");
         return QMDB_E_NUMBER;
     case format::RowFault::None:
         break;
@@ -71,12 +71,13 @@ int load(const CDbFile& head, const std::string& path, IDbDataConstVector& value
     return QMDB_OK;
 }
 
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConst& value)
+SaveResult save(
+    const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConst& value)
 {
     return write(head, directory, name, [&](CDataWriter& file) { file.line({ &value.value, 1 }); });
 }
 
-int save(
+SaveResult save(
     const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConstVector& value)
 {
     return write(head, directory, name, [&](CDataWriter& file) {

@@ -21,19 +21,25 @@ int load(const CDbFile& head, const std::string& path, IDbDataTableVector& value
 int load(const CDbFile& head, const std::string& path, IDbDataTable2D& value);
 int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& value);
 
-/// Each save writes the data file `name` of an open directory in place and flushes it to the disk; -6 when
-/// it cannot be opened. What goes wrong after that is not reported. Nothing is checked: rows are written as
-/// they are.
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConst& value);
-int save(
+enum class SaveResult {
+    Saved, ///< the file is on the disk, complete
+    NotOpened, ///< nothing was written; what stood there, if anything, is as it was
+    NotWritten, ///< the file is gone again, or, where a link leads to it, empty
+};
+
+/// Each save writes the data file `name` of an open directory in place and flushes it to the disk; faults are
+/// logged. Nothing is checked: rows are written as they are.
+SaveResult save(
+    const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConst& value);
+SaveResult save(
     const CDbFile& head, const CDirectory& directory, const std::string& name, const PlainConstVector& value);
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+SaveResult save(const CDbFile& head, const CDirectory& directory, const std::string& name,
     const PlainTable<TABLEROW>& value);
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+SaveResult save(const CDbFile& head, const CDirectory& directory, const std::string& name,
     const PlainTable<TABLEROWVECT>& value);
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+SaveResult save(const CDbFile& head, const CDirectory& directory, const std::string& name,
     const PlainTable2D<SUBTABLECONST>& value);
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+SaveResult save(const CDbFile& head, const CDirectory& directory, const std::string& name,
     const PlainTable2D<SUBTABLEVECT>& value);
 
 } // namespace values

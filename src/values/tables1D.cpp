@@ -59,7 +59,8 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
 }
 
 template <class Table>
-int saveTable(const CDbFile& head, const CDirectory& directory, const std::string& name, const Table& table)
+SaveResult saveTable(
+    const CDbFile& head, const CDirectory& directory, const std::string& name, const Table& table)
 {
     return write(head, directory, name, [&](CDataWriter& file) { file.rows(table.rows, table.count); });
 }
@@ -76,13 +77,13 @@ int load(const CDbFile& head, const std::string& path, IDbDataTableVector& value
     return loadTable<TABLEROWVECT>(head.log(), path, value);
 }
 
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+SaveResult save(const CDbFile& head, const CDirectory& directory, const std::string& name,
     const PlainTable<TABLEROW>& value)
 {
     return saveTable(head, directory, name, value);
 }
 
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+SaveResult save(const CDbFile& head, const CDirectory& directory, const std::string& name,
     const PlainTable<TABLEROWVECT>& value)
 {
     return saveTable(head, directory, name, value);

@@ -80,7 +80,7 @@ private:
         }
         if (!hasFirstArg_) {
             // Rows that no first argument belongs to are refused.
-            log_.error("Bad table format [0]: ", file_.text(), " (", file_.path(), ")");
+            log_.error("Bad table format [0]: ", file_.text(), " (", file_.shownPath(), ")");
             return QMDB_E_FORMAT;
         }
         if (rows_.count() == 0) {
@@ -97,7 +97,7 @@ private:
         }
         const std::optional<double> number = format::wstr2double(firstArgument);
         if (!number) {
-            log_.error("First arg value error [0]: ", file_.text(), " (", file_.path(), ")");
+            log_.error("First arg value error [0]: ", file_.text(), " (", file_.shownPath(), ")");
             return QMDB_E_NUMBER;
         }
         firstArg_ = *number;
@@ -145,7 +145,8 @@ int loadTable(const CLog& log, const std::string& path, Table& table)
 }
 
 template <class Table>
-int saveTable(const CDbFile& head, const CDirectory& directory, const std::string& name, const Table& table)
+SaveResult saveTable(
+    const CDbFile& head, const CDirectory& directory, const std::string& name, const Table& table)
 {
     return write(head, directory, name, [&](CDataWriter& file) {
         for (long i = 0; table.subtables && i < table.count; ++i) {
@@ -167,13 +168,13 @@ int load(const CDbFile& head, const std::string& path, IDbDataTable2DVector& val
     return loadTable<TABLEROWVECT>(head.log(), path, value);
 }
 
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+SaveResult save(const CDbFile& head, const CDirectory& directory, const std::string& name,
     const PlainTable2D<SUBTABLECONST>& value)
 {
     return saveTable(head, directory, name, value);
 }
 
-int save(const CDbFile& head, const CDirectory& directory, const std::string& name,
+SaveResult save(const CDbFile& head, const CDirectory& directory, const std::string& name,
     const PlainTable2D<SUBTABLEVECT>& value)
 {
     return saveTable(head, directory, name, value);

@@ -28,7 +28,8 @@ public:
 };
 
 /// An array that the library handed out.
-template <class Record, int (*destroy)(Record**)> struct Handed {
+template <class Record, int (*destroy)(Record**)>
+struct Handed {
     Record* records = nullptr;
     int count = 0;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <clocale>
+#include <locale.h>
 #include <stdexcept>
 #include <string>
 
@@ -9,6 +10,16 @@ namespace test {
 /// Sets the process's locale for the life of the object.
 class ScopedLocale {
 public:
+    /// True when the machine, or the build, has the locale.
+    static bool exists(const char* name)
+    {
+        const locale_t locale = ::newlocale(LC_ALL_MASK, name, locale_t {});
+        if (locale) {
+            ::freelocale(locale);
+        }
+        return locale != locale_t {};
+    }
+
     explicit ScopedLocale(const char* name)
         : before(std::setlocale(LC_ALL, nullptr))
     {

@@ -10,10 +10,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cwchar>
 #include <random>
 
 namespace {
@@ -125,19 +127,39 @@ std::string bitsOf(double number)
     return std::to_string(std::bit_cast<std::uint64_t>(number));
 }
 
+/// The locales of hosts; those with a decimal comma are compiled with the tests where that is possible.
+std::vector<const char*> hostLocales()
+{
+    std::vector<const char*> locales { "C", "C.UTF-8", "de_DE.UTF-8", "ru_RU.KOI8-R" };
+    std::erase_if(locales, [](const char* name) { return !ScopedLocale::exists(name); });
+    return locales;
+}
+
+/// Calls `use` in the locale "C", in which all numbers are meant.
+template <class Use>
+auto inPlainLocale(Use&& use)
+{
+    static const locale_t plain = ::newlocale(LC_ALL_MASK, "C", locale_t {});
+    const locale_t before = ::uselocale(plain);
+    const auto result = use();
+    ::uselocale(before);
+    return result;
+}
+
 std::string scannedDouble(std::wstring text)
 {
     if (const std::size_t comma = text.find(L','); comma != text.npos) {
         text[comma] = L'.';
     }
     double number = 0;
-    return std::swscanf(text.c_str(), L"%lg", &number) == 1 ? bitsOf(number) : "none";
+    return inPlainLocale([&] { return std::swscanf(text.c_str(), L"%lg", &number); }) == 1 ? bitsOf(number)
+                                                                                           : "none";
 }
 
 long scannedLong(const std::wstring& text)
 {
     long number = 0;
-    return std::swscanf(text.c_str(), L"%ld", &number) == 1 ? number : 0;
+    return inPlainLocale([&] { return std::swscanf(text.c_str(), L"%ld", &number); }) == 1 ? number : 0;
 }
 
 // What takePlainNumber() takes must be what the scan takes, to the same character.
@@ -148,17 +170,19 @@ bool plainAgrees(const std::string& text, const std::wstring& wide)
     double number = 0;
     int length = 0;
     return !end
-        || (std::swscanf(wide.c_str(), L"%lg%n", &number, &length) == 1 && bitsOf(taken) == bitsOf(number)
-            && end - text.data() == length);
+        || (inPlainLocale([&] { return std::swscanf(wide.c_str(), L"%lg%n", &number, &length); }) == 1
+            && bitsOf(taken) == bitsOf(number) && end - text.data() == length);
 }
 
 TEST(Numbers, readAsTheScanReadsThem)
 {
-    for (const char* const name : { "C", "C.UTF-8" }) {
+    const std::vector<const char*> locales = hostLocales();
+    for (const char* const name : locales) {
+        SCOPED_TRACE(name);
         const ScopedLocale locale(name);
         ASSERT_TRUE(format::plainNumbersAllowed());
         NumberTexts texts;
-        for (long left = wantedTexts() / 2; left > 0; --left) {
+        for (long left = wantedTexts() / static_cast<long>(locales.size()); left > 0; --left) {
             const std::string text = texts.next();
             const std::wstring wide = format::text::toWide(text);
             const std::optional<double> number = format::wstr2double(text);
@@ -221,16 +245,45 @@ TEST(Numbers, written)
 
 TEST(Numbers, writtenAsTheScansCounterpartWritesThem)
 {
-    std::mt19937_64 random(21);
-    for (long left = wantedTexts(); left > 0; --left) {
-        const std::uint64_t bits = random();
-        // Any double, or one in the middle between two texts of six digits.
-        const double middle
-            = std::ldexp(static_cast<double>(bits % 20000000 | 1) / 2, -static_cast<int>(bits >> 60));
-        const double number = left % 2 ? std::bit_cast<double>(bits) : middle;
-        char expected[100];
-        std::snprintf(expected, sizeof expected, "%lg", number);
-        ASSERT_EQ(format::double2wstr(number), expected) << numberText(number);
+    const std::vector<const char*> locales = hostLocales();
+    for (const char* const name : locales) {
+        SCOPED_TRACE(name);
+        const ScopedLocale locale(name);
+        std::mt19937_64 random(21);
+        for (long left = wantedTexts() / static_cast<long>(locales.size()); left > 0; --left) {
+            const std::uint64_t bits = random();
+            // Any double, or one in the middle between two texts of six digits.
+            const double middle
+                = std::ldexp(static_cast<double>(bits % 20000000 | 1) / 2, -static_cast<int>(bits >> 60));
+            const double number = left % 2 ? std::bit_cast<double>(bits) : middle;
+            std::array<wchar_t, 100> expected {};
+            inPlainLocale([&] { return std::swprintf(expected.data(), expected.size(), L"%lg", number); });
+            ASSERT_EQ(format::double2wstr(number), toUtf8(expected.data())) << numberText(number);
+        }
+    }
+}
+
+// A table goes to the disk and comes back the same under every host's settings, and by the host's other ways.
+TEST(Numbers, filesMeanTheSameUnderEveryLocale)
+{
+    const Tree described = water
+        + Tree { { "W/L/t.prh", "ID=1\nVector=0\nType=2\nData=t.dat\n" },
+              { "W/L/t.dat", "1.5 4.5\n1.7 5,5\n" },
+              { "8.prd",
+                  "ID=8\nName=N\nUnits=u\nBinary=0\nScalar=1\n"
+                  "AvForPhases=L\nDataTypes=C\n" } };
+    for (const char* const name : hostLocales()) {
+        SCOPED_TRACE(name);
+        const TempDatabase tree(described);
+        const ScopedLocale locale(name);
+        const OpenDatabase db(tree);
+        EXPECT_EQ(valueText(db.id, { 4, 2 }, 1), "(1.5 4.5)(1.7 5.5)");
+        PARAMETER record { 8, PARAM_TYPE_CONSTANT, false, {}, {} };
+        IDbDataConst value;
+        value.value = 4.5;
+        EXPECT_EQ(qmdbAddPhaseParam(db.id, 4, 2, &record, &value), QMDB_OK);
+        EXPECT_EQ(tree.read("W/L/Property1.dat"), "4.5\n");
+        EXPECT_EQ(valueText(db.id, { 4, 2 }, 8), "4.5");
     }
 }
 

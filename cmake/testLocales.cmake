@@ -1,0 +1,17 @@
+# Locales that tests set, compiled into the build folder; a machine seldom has them.
+set(QMDB_LOCALES ${PROJECT_BINARY_DIR}/locales)
+find_program(LOCALEDEF localedef)
+if(LOCALEDEF AND EXISTS /usr/share/i18n/locales/de_DE)
+    file(MAKE_DIRECTORY ${QMDB_LOCALES})
+    foreach(locale IN ITEMS de_DE.UTF-8 ru_RU.UTF-8 ru_RU.KOI8-R)
+        string(REPLACE "." ";" parts ${locale})
+        list(GET parts 0 language)
+        list(GET parts 1 charset)
+        if(NOT EXISTS ${QMDB_LOCALES}/${locale})
+            execute_process(COMMAND ${LOCALEDEF} --no-archive -i ${language} -f ${charset} ${QMDB_LOCALES}/${locale}
+                OUTPUT_QUIET ERROR_QUIET)
+        endif()
+    endforeach()
+else()
+    message(STATUS "Tests under German and Russian locales are skipped: no localedef (Debian: locales)")
+endif()
