@@ -1,9 +1,10 @@
 """What the additions check, write and log. They extend the model of an open database."""
 
 from disk import shown
-from fileformat import LINE_LIMIT, Failure, compose_descriptor, composition_text, split_path
-from fileformat import text_of, to_int, write_double, write_long
-from image import CHANGE, PHASE, STATE_LETTERS, TYPE_LETTERS, Database, Node
+from fileformat import (
+    LINE_LIMIT, Failure, compose_descriptor, composition_text, split_path, text_of, to_int, write_double, write_long,
+)
+from image import PHASE, TYPE_LETTERS, Database, Node
 from values import write_value
 
 NO_ROOM = b"/dev/full"
@@ -46,8 +47,6 @@ class GrowingDatabase(Database):
     def report_saved(self, what, node):
         self.info(f"New {what} saved: ", shown(node.path), ", ID=", node.text("ID"))
 
-    # Entities
-
     def add_matter(self, name_units, comment_units, mixture, components):
         name, comment = record_text(name_units), record_text(comment_units)
         if self.has_name(self.matters, name):
@@ -72,42 +71,27 @@ class GrowingDatabase(Database):
         self.matters[node.id] = node
         return to_int(self.highest_matter)
 
-    def add_phase(self, matter_id, name_units, aggreg):
-        return self.add_child(PHASE, "phase", "Phase", matter_id, name_units, {"Aggreg": aggreg})
-
-    def add_change(self, matter_id, name_units, phase1, phase2):
-        more = {"Phase1": phase1, "Phase2": phase2}
-        return self.add_child(CHANGE, "phase change", "PC", matter_id, name_units, more)
-
-    def add_child(self, kind, what, prefix, matter_id, name_units, numbers):
-        matter, name = self.matter(matter_id), record_text(name_units)
+    def add_child(self, kind, matter_id, name_units, *numbers):
+        matter, name, what = self.matter(matter_id), record_text(name_units), kind.what
         if self.has_name(matter.children[kind], name):
             self.refuse(-14, f"Cannot append a {what} because a duplicated name, ", name)
-        node = self.new_node(matter.directory, prefix, kind.extension)
+        node = self.new_node(matter.directory, kind.prefix, kind.extension)
         matter.highest[kind] += 1
         node.keys = {"ID": write_long(matter.highest[kind]), "Name": name, "NameID": self.next_string()}
-        node.keys |= {key: write_long(number) for key, number in numbers.items()}
+        node.keys |= dict(zip(kind.numbers, map(write_long, numbers)))
         self.save(node)
         self.report_saved(what, node)
         matter.children[kind][node.id] = node
         return to_int(matter.highest[kind])
 
-    # Parameters
-
-    def add_matter_param(self, matter_id, param, content):
-        matter = self.matter(matter_id)
+    def add_param(self, ids, param, content):
+        """To a substance or, with two IDs, to one of its phases."""
+        owner, what = self.matter(ids[0]), "substance"
         self.check_param(*param)
-        self.attach(matter, "substance", *param, content)
-        return 0
-
-    def add_phase_param(self, matter_id, phase_id, param, content):
-        matter = self.matter(matter_id)
-        self.check_param(*param)
-        phase = self.found(matter.children[PHASE], phase_id)
-        if not self.is_available(self.descriptions[param[0]], phase):
-            number, state = write_long(param[0]), write_long(to_int(phase.number("Aggreg")))
-            self.refuse(-19, "Incorrect parameter for the phase AS, ParamID=", number, "AS=", state)
-        self.attach(phase, "phase", *param, content)
+        if len(ids) == 2:
+            owner, what = self.found(owner.children[PHASE], ids[1]), "phase"
+            self.check_state(owner, param[0])
+        self.attach(owner, what, *param, content)
         return 0
 
     def check_param(self, param_id, type, vector):
@@ -120,6 +104,11 @@ class GrowingDatabase(Database):
         if not about.flag("Vector" if vector else "Scalar"):
             head = "Incorrect parameter scalar/vector type for addition, ParamID="
             self.refuse(-17, head, number, "Vector=", str(int(vector)))
+
+    def check_state(self, phase, param_id):
+        if not self.is_available(self.descriptions[param_id], phase):
+            state = write_long(to_int(phase.number("Aggreg")))
+            self.refuse(-19, "Incorrect parameter for the phase AS, ParamID=", write_long(param_id), "AS=", state)
 
     def attach(self, owner, what, param_id, type, vector, content):
         number = write_long(param_id)

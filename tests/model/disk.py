@@ -85,8 +85,9 @@ class Disk:
                 report("Cannot list directory: " + shown(directory))
             return []
         real = os.path.realpath(path)
-        expected = ((name, self.expected.get(os.path.join(real, name))) for name in names)
-        return [(name, self.has_directory_bit(path + b"/" + name, entry)) for name, entry in expected if entry is not None]
+        entries = ((name, self.expected.get(os.path.join(real, name))) for name in names)
+        known = [(name, entry) for name, entry in entries if entry is not None]
+        return [(name, self.has_directory_bit(path + b"/" + name, entry)) for name, entry in known]
 
     def has_directory_bit(self, path, entry):
         if isinstance(entry, bytes):

@@ -1,21 +1,21 @@
-"""How the files of a database hold texts, numbers, lines and values.
+"""How the files of a database hold texts, numbers and lines.
 
-A text is a str. Code points beyond Unicode, which the library's 32-bit characters can hold and a str
-cannot, have stand-ins. Numbers and the locale's encoding are the C library's own.
+A text is a str; characters beyond Unicode, which the library can hold, have stand-ins there. Numbers
+and the locale's encoding are left to the C library.
 """
 
+import bisect
 import ctypes
 import struct
 
 LINE_LIMIT = 1022
 MARK = b"\xef\xbb\xbf"
+FIRST_STAND_IN = "\U0010f000"
+STAND_INS, REAL_UNITS = {}, {}
 
 libc = ctypes.CDLL(None)
 libc.wcstombs.restype = libc.mbstowcs.restype = ctypes.c_size_t
 CANNOT_CONVERT = ctypes.c_size_t(-1).value
-
-FIRST_STAND_IN = "\U0010f000"
-STAND_INS, REAL_UNITS = {}, {}
 
 
 class Fault(Exception):
@@ -33,16 +33,12 @@ class Failure(Exception):
         self.code = code
 
 
-# Characters
-
-
 def character(unit):
     if unit < 0x110000:
         return chr(unit)
-    if unit not in STAND_INS:
-        STAND_INS[unit] = chr(ord(FIRST_STAND_IN) + len(STAND_INS))
-        REAL_UNITS[STAND_INS[unit]] = struct.pack("<I", unit)
-    return STAND_INS[unit]
+    stand_in = STAND_INS.setdefault(unit, chr(ord(FIRST_STAND_IN) + len(STAND_INS)))
+    REAL_UNITS[stand_in] = struct.pack("<I", unit)
+    return stand_in
 
 
 def text_of(units):
@@ -62,49 +58,43 @@ def field(text, size):
 
 
 def to_utf8(text):
-    if REAL_UNITS and not REAL_UNITS.keys().isdisjoint(text):
+    if not REAL_UNITS.keys().isdisjoint(text):
         raise Fault(0x80050002)
     return text.encode("utf-8", "surrogatepass")
 
 
 def from_utf8(data):
     """UTF-8 without the checks for shortest forms, surrogates and the end of Unicode."""
-    if data.isascii():
-        return data.decode("ascii")
-    units, rest = [], list(data)
+    units, rest = [], list(reversed(data))
     while rest:
-        lead = rest.pop(0)
-        more = 0 if lead < 0x80 else 1 if lead >> 5 == 6 else 2 if lead >> 4 == 14 else 3 if lead >> 3 == 30 else None
-        if more is None or len(rest) < more or any(byte >> 6 != 2 for byte in rest[:more]):
+        lead = rest.pop()
+        kind = bisect.bisect((0x80, 0xC0, 0xE0, 0xF0, 0xF8), lead)
+        if kind in (1, 5):
             raise Fault(0x80050002)
-        unit = lead & (0x7F if more == 0 else 0x3F >> more)
-        for _ in range(more):
-            unit = unit << 6 | rest.pop(0) & 0x3F
+        unit = lead & 0x7F >> kind
+        for _ in range(kind - 1):
+            if not rest or rest[-1] >> 6 != 2:
+                raise Fault(0x80050002)
+            unit = unit << 6 | rest.pop() & 0x3F
         units.append(unit)
     return text_of(units)
 
 
 def narrow(text):
     """The text in the locale's encoding, empty when it cannot be converted."""
-    wide = units_of(text) + bytes(4)
     buffer = ctypes.create_string_buffer(6 * len(text) + 1)
-    length = libc.wcstombs(buffer, wide, ctypes.c_size_t(len(buffer)))
+    length = libc.wcstombs(buffer, units_of(text) + bytes(4), ctypes.c_size_t(len(buffer)))
     return b"" if length == CANNOT_CONVERT else buffer.raw[:length]
 
 
 def widen(data):
-    if data.isascii():
-        return data.decode("ascii")
     units = (ctypes.c_uint32 * (len(data) + 1))()
     length = libc.mbstowcs(units, data + b"\0", ctypes.c_size_t(len(units)))
     return "" if length == CANNOT_CONVERT else text_of(units[:length])
 
 
-# Numbers
-
-
-def scan(text, format, number):
-    return libc.swscanf(units_of(text) + bytes(4), units_of(format) + bytes(4), ctypes.byref(number)) == 1
+def scan(text, conversion, number):
+    return libc.swscanf(units_of(text) + bytes(4), units_of(conversion) + bytes(4), ctypes.byref(number)) == 1
 
 
 def read_long(text):
@@ -133,52 +123,40 @@ def to_int(number):
 
 
 def bits(number):
-    """The double's bits, which tell apart zeros by their sign and equal NaNs."""
+    """The double's bits, which tell apart zeros by their sign and make NaNs comparable."""
     return struct.unpack("<Q", struct.pack("<d", number))[0]
 
 
-# Lines
-
-
 def split(text):
-    """The parts of a row; a row without a blank after its leading ones has none."""
+    """The parts of a row. Without a blank after the leading ones there are none."""
     last = len(text) - 1
-    start = 0
-    while last > 0 and start < last and text[start] == " ":
-        start += 1
+    start = next((i for i, one in enumerate(text) if one != " " or i == last), 0)
     parts, found = [], text.find(" ", start)
-    if found < 0:
-        return parts
-    while True:
+    while found >= 0:
         while found < last and text[found + 1] == " ":
             found += 1
         parts.append(text[start:found].replace(" ", ""))
         start = found + 1
-        if start > last:
-            return parts
         found = text.find(" ", start)
-        if found < 0:
+        if found < 0 and start <= last:
             found = last + 1
+    return parts
 
 
 def split_path(path):
     """Directory, name and extension; both slashes separate."""
     start = max(path.rfind("/"), path.rfind("\\")) + 1
-    name, extension = path[start:], ""
-    if "." in name:
-        name, extension = name.rsplit(".", 1)
+    name, _, extension = path[start:].rpartition(".") if "." in path[start:] else (path[start:], "", "")
     return path[: start - 1] if start >= 2 else "", name, extension
 
 
-def raw_lines(data):
-    """Each line with whether it is too long and whether the file ended in it."""
+def read_lines(data, decode, skip=0):
+    """Each line as text with whether it is too long and whether the file ended in it."""
     lines = data.split(b"\n")
     for index, line in enumerate(lines):
-        yield line[:LINE_LIMIT], len(line) > LINE_LIMIT, index == len(lines) - 1
-
-
-def trim(line):
-    return line[:-1] if line.endswith("\r") else line
+        text = decode(line[skip:LINE_LIMIT].split(b"\0")[0])
+        yield text[:-1] if text.endswith("\r") else text, len(line) > LINE_LIMIT, index == len(lines) - 1
+        skip = 0
 
 
 def decode_marked(data):
@@ -189,12 +167,9 @@ def decode_marked(data):
 
 
 def parse_descriptor(data, report):
-    """The keys of a descriptor; report(head, line) takes what is wrong with it."""
-    keys, decode = {}, widen
-    for index, (raw, too_long, _) in enumerate(raw_lines(data)):
-        if index == 0 and raw.startswith(MARK):
-            raw, decode = raw[3:], decode_marked
-        line = trim(decode(raw.split(b"\0")[0]))
+    """The keys of a descriptor; report(message, line) takes what is wrong with it."""
+    keys, is_marked = {}, data.startswith(MARK)
+    for line, too_long, _ in read_lines(data, decode_marked if is_marked else widen, 3 * is_marked):
         key, sign, value = line.partition("=")
         if sign:
             keys[key] = value
@@ -207,7 +182,7 @@ def parse_descriptor(data, report):
 
 
 def compose_descriptor(keys):
-    return MARK + b"".join(to_utf8(key) + b"=" + to_utf8(keys[key]) + b"\n" for key in sorted(keys))
+    return MARK + b"".join(to_utf8(f"{key}={keys[key]}\n") for key in sorted(keys))
 
 
 def composition_text(components):
@@ -221,14 +196,12 @@ def parse_composition(text, fail):
     components, current, collected = [[0, 0.0] for _ in range(text.count(";") + 1)], 0, ""
     for index, one in enumerate(text):
         is_last = index == len(text) - 1
+        if not collected and (one in ":;" or is_last):
+            fail(-12, "Bad format of a composition line: ")
         if one == ":":
-            if not collected:
-                fail(-12, "Bad format of a composition line: ")
             components[current][0] = read_long(collected)
             collected = ""
         elif one == ";" or is_last:
-            if not collected:
-                fail(-12, "Bad format of a composition line: ")
             fraction = read_double(collected + one if is_last else collected)
             if fraction is None:
                 fail(-11, "Bad value of molar fraction: ")

@@ -1,9 +1,10 @@
 """An open database: loading it from its tree, and what the queries return."""
 
-from disk import Disk, Log, shown
-from fileformat import (
-    Failure, Fault, field, narrow, parse_composition, parse_descriptor, read_long, split_path, to_int, widen, write_long,
-)
+import contextlib
+
+from disk import Log, shown
+from fileformat import Failure, field, parse_composition, parse_descriptor, read_long, split_path, to_int, widen
+from fileformat import write_long
 from values import read_value, with_bits
 
 STATE_LETTERS = {1: "S", 2: "L", 3: "V"}
@@ -15,14 +16,12 @@ NO_PHASES = -13
 
 
 class Kind:
-    """What loading phases and loading phase changes differ in."""
+    """What phases and phase changes differ in."""
 
-    def __init__(self, what, extension, keys, added, count):
-        self.extension, self.keys = extension, keys
-        self.search = f"Start to search for {what}s"
-        self.failed = f"Cannot load {what} file: "
-        self.added, self.count = added, count
+    def __init__(self, what, prefix, extension, numbers, added):
+        self.what, self.prefix, self.extension, self.numbers, self.added = what, prefix, extension, numbers, added
         title = what.capitalize()
+        self.count = f"{title}s have been added"
         self.heads = (
             f"Start to search for {what} parameters",
             f"{title} parameter head has been added to database: ",
@@ -30,13 +29,8 @@ class Kind:
         )
 
 
-PHASE = Kind(
-    "phase", "phd", ("ID", "Name", "Aggreg"), "Phase has been added to database,ID=", "Phases have been added"
-)
-CHANGE = Kind(
-    "phase change", "pcd", ("ID", "Name", "Phase1", "Phase2"),
-    "Phase change has been added to database, ID=", "Phase changes have been added",
-)
+PHASE = Kind("phase", "Phase", "phd", ("Aggreg",), "Phase has been added to database,ID=")
+CHANGE = Kind("phase change", "PC", "pcd", ("Phase1", "Phase2"), "Phase change has been added to database, ID=")
 MATTER_HEADS = (
     "Start to search for material parameters",
     "Material parameter head has been added to database: ",
@@ -72,7 +66,7 @@ class Node:
 
 
 class Database:
-    def __init__(self, disk: Disk, path, language, log_directory, informational):
+    def __init__(self, disk, path, language, log_directory, informational):
         self.disk, self.path = disk, path
         self.log = Log(disk, log_directory or path, informational)
         self.matters, self.descriptions = {}, {}
@@ -80,22 +74,26 @@ class Database:
         self.table = {}
         self.language = language
 
-    # Loading
-
     def error(self, *parts):
         self.log.write("".join(parts))
 
     def info(self, *parts):
         self.log.write("".join(parts), True)
 
+    @contextlib.contextmanager
+    def reporting(self, what, path):
+        try:
+            yield
+        except Failure:
+            self.error(f"Cannot load {what} file: ", shown(path))
+            raise
+
     def load(self):
         self.log.delete()
         self.info("Database path: ", self.path)
         table = "strings.lst" if self.language.startswith("ru") else "default.lst"
-        try:
+        with contextlib.suppress(Failure):
             self.table = self.read(f"{self.path}/{table}").keys
-        except Failure:
-            pass
         self.info("Start to search for materials")
         for path in self.descriptors_below(self.path, "mtd"):
             self.load_matter(path)
@@ -106,8 +104,12 @@ class Database:
         self.info("Parameter descriptions have been added to database, ", str(len(self.descriptions)))
 
     def read(self, path, required=()):
-        """A node with its keys; failing once the file is read, it stays in `last_read`."""
-        self.last_read = Node(path, {})
+        node = Node(path, {})
+        self.read_into(node, required)
+        return node
+
+    def read_into(self, node, required):
+        path = node.path
         try:
             data = self.disk.read(path)
         except Failure:
@@ -116,13 +118,11 @@ class Database:
         if data is None:
             self.error("Cannot open file: ", shown(path))
             raise Failure(-6)
-        suffix = lambda line: "" if line is None else f"({line})"
-        report = lambda message, line: self.error(message, shown(path), suffix(line))
-        node = self.last_read = Node(path, parse_descriptor(data, report))
+        report = lambda message, line: self.error(message, shown(path), f"({line})" if line else "")
+        node.keys = parse_descriptor(data, report)
         if not all(key in node.keys for key in required):
             self.error("No required field(s) in file: ", shown(path))
             raise Failure(-10)
-        return node
 
     def descriptors_in(self, directory, extension, quiet=False):
         if not quiet:
@@ -148,45 +148,37 @@ class Database:
         self.highest_string = max([self.highest_string, *map(node.number, keys)])
 
     def load_matter(self, path):
-        code = 0
+        node = Node(path, {})
         try:
-            node = self.read(path, MATTER_KEYS)
+            self.load_matter_tree(node)
         except Failure as failure:
-            node, code = self.last_read, failure.code
-        try:
-            if code == 0:
-                self.load_below_matter(node)
-        except Failure as failure:
-            code = failure.code
-        self.highest_matter = max(self.highest_matter, node.id)
-        self.raise_string(node, "NameID", "CommentID")
-        if code == NO_PHASES:
-            self.error("Material without phases: ", shown(path))
-            return
-        if code:
-            self.error("Cannot load matter file: ", shown(path))
-            raise Failure(code)
-        self.matters[node.id] = node
-        self.info("Material has been added to database, ID=", write_long(node.id))
+            without_phases = failure.code == NO_PHASES
+            self.error("Material without phases: " if without_phases else "Cannot load matter file: ", shown(path))
+            if not without_phases:
+                raise
+        else:
+            self.matters[node.id] = node
+            self.info("Material has been added to database, ID=", write_long(node.id))
+        finally:
+            self.highest_matter = max(self.highest_matter, node.id)
+            self.raise_string(node, "NameID", "CommentID")
 
-    def load_below_matter(self, node):
+    def load_matter_tree(self, node):
+        self.read_into(node, MATTER_KEYS)
         for kind in (PHASE, CHANGE):
             self.load_children(node, kind)
         self.load_heads(node, MATTER_HEADS)
 
     def load_children(self, matter, kind):
-        self.info(kind.search)
+        self.info(f"Start to search for {kind.what}s")
         children = matter.children[kind]
         paths = self.descriptors_below(matter.directory, kind.extension)
         if kind is PHASE and not paths:
             raise Failure(NO_PHASES)
         for path in paths:
-            try:
-                node = self.read(path, kind.keys)
+            with self.reporting(kind.what, path):
+                node = self.read(path, ("ID", "Name", *kind.numbers))
                 self.load_heads(node, kind.heads)
-            except Failure:
-                self.error(kind.failed, shown(path))
-                raise
             children[node.id] = node
             self.raise_string(node, "NameID")
             matter.highest[kind] = max(matter.highest[kind], node.id)
@@ -197,26 +189,18 @@ class Database:
         search, added, count = messages
         self.info(search)
         for path in self.descriptors_in(owner.directory, "prh"):
-            try:
+            with self.reporting("parameter head", path):
                 node = self.read(path, HEAD_KEYS)
-            except Failure:
-                self.error("Cannot load parameter head file: ", shown(path))
-                raise
             owner.heads[node.id] = node
             self.info(added, write_long(node.id))
         self.info(count, str(len(owner.heads)))
 
     def load_description(self, path):
-        try:
+        with self.reporting("parameter description", path):
             node = self.read(path, DESCRIPTION_KEYS)
-        except Failure:
-            self.error("Cannot load parameter description file: ", shown(path))
-            raise
         self.descriptions[node.id] = node
         self.raise_string(node, "NameID", "UnitsID")
         self.info("Parameter description has been added to database, ID=", write_long(node.id))
-
-    # Queries
 
     def display(self, node, id_key, key):
         return self.table.get(node.text(id_key), node.text(key))
@@ -224,26 +208,29 @@ class Database:
     def name(self, node):
         return self.display(node, "NameID", "Name")
 
-    def matter(self, matter_id):
-        if not self.matters:
+    def sorted_nodes(self, nodes):
+        if not nodes:
             raise Failure(-9)
-        return self.found(self.matters, matter_id)
+        return [nodes[key] for key in sorted(nodes)]
 
     def found(self, nodes, node_id):
         if node_id not in nodes:
             raise Failure(-2)
         return nodes[node_id]
 
-    def child(self, kind, matter_id, node_id):
-        children = self.matter(matter_id).children[kind]
-        if not children:
+    def member(self, nodes, node_id):
+        if not nodes:
             raise Failure(-9)
-        return self.found(children, node_id)
+        return self.found(nodes, node_id)
+
+    def matter(self, matter_id):
+        return self.member(self.matters, matter_id)
+
+    def child(self, kind, matter_id, node_id):
+        return self.member(self.matter(matter_id).children[kind], node_id)
 
     def list_matters(self):
-        if not self.matters:
-            raise Failure(-9)
-        return [self.matter_record(self.matters[key]) for key in sorted(self.matters)]
+        return [self.matter_record(node) for node in self.sorted_nodes(self.matters)]
 
     def matter_record(self, node):
         comment = self.display(node, "CommentID", "Comment")
@@ -258,13 +245,10 @@ class Database:
         return node.id, field(self.name(node), 50), field(comment, 50), mixture, rows
 
     def list_children(self, kind, matter_id):
-        children = self.matter(matter_id).children[kind]
-        if not children:
-            raise Failure(-9)
-        nodes = [children[key] for key in sorted(children)]
-        if kind is PHASE:
-            return [(node.id, field(self.name(node), 50), to_int(node.number("Aggreg"))) for node in nodes]
-        return [(n.id, field(self.name(n), 50), n.number("Phase1"), n.number("Phase2")) for n in nodes]
+        convert = to_int if kind is PHASE else int
+        numbers = lambda node: (convert(node.number(key)) for key in kind.numbers)
+        nodes = self.sorted_nodes(self.matter(matter_id).children[kind])
+        return [(node.id, field(self.name(node), 50), *numbers(node)) for node in nodes]
 
     def owner(self, matter_id, phase_id, change_id):
         if phase_id != -1:
@@ -272,42 +256,34 @@ class Database:
         return self.matter(matter_id) if change_id == -1 else self.child(CHANGE, matter_id, change_id)
 
     def list_params(self, owner):
-        if not owner.heads:
-            raise Failure(-9)
-        return [self.param_record(owner.heads[key]) for key in sorted(owner.heads)]
+        return list(map(self.param_record, self.sorted_nodes(owner.heads)))
 
     def param_record(self, head):
         about = self.descriptions.get(head.id) or Node("", {})
-        name, units = (self.name(about), self.display(about, "UnitsID", "Units")) if about.keys else ("", "")
+        texts = (self.name(about), self.display(about, "UnitsID", "Units")) if about.keys else ("", "")
+        # Of a text that begins with its end only the first character counts.
+        name, units = ("" if text.startswith("\0") else text for text in texts)
         return head.id, to_int(head.number("Type")), head.flag("Vector"), field(name, 50), field(units, 10)
 
     def value(self, matter_id, phase_id, change_id, param_id):
-        owner = self.owner(matter_id, phase_id, change_id)
-        if not owner.heads:
-            raise Failure(-9)
-        return self.read_head(self.found(owner.heads, param_id))
+        return self.read_head(self.member(self.owner(matter_id, phase_id, change_id).heads, param_id))
 
     def read_head(self, head):
         path = f"{head.directory}/{head.text('Data')}"
-        log = lambda text, informational: self.log.write(text, informational)
         try:
-            data = self.disk.read(path)
+            data, problem = self.disk.read(path), "open"
         except Failure:
-            data = Failure
+            data, problem = None, "read"
         if data is None and not self.disk.exists(path):
             self.error("Parameter data file doesn't exists: ", shown(path))
             raise Failure(-3)
-        type = to_int(head.number("Type"))
+        type, vector = to_int(head.number("Type")), head.flag("Vector")
         if type not in TYPE_LETTERS:
             raise Failure(-2)
         if data is None:
-            self.error("Cannot open parameter data file: ", shown(path))
-            raise Failure(-6)
-        if data is Failure:
-            self.error("Cannot read parameter data file: ", shown(path))
-            raise Failure(-7)
-        value = read_value(data, shown(path), type, head.flag("Vector"), log)
-        return value[0], value[1], with_bits(value[2])
+            self.error(f"Cannot {problem} parameter data file: ", shown(path))
+            raise Failure(-6 if problem == "open" else -7)
+        return type, vector, with_bits(read_value(data, shown(path), type, vector, self.log.write))
 
     def is_available(self, description, phase):
         letter = STATE_LETTERS.get(to_int(phase.number("Aggreg")))
@@ -315,11 +291,10 @@ class Database:
 
     def list_available(self, matter_id, phase_id):
         phase = self.found(self.matter(matter_id).children[PHASE], phase_id)
-        chosen = [self.descriptions[key] for key in sorted(self.descriptions)]
-        return [self.description_record(node) for node in chosen if self.is_available(node, phase)]
+        nodes = (self.descriptions[key] for key in sorted(self.descriptions))
+        return [self.description_record(node) for node in nodes if self.is_available(node, phase)]
 
     def description_record(self, node):
-        texts = (self.name(node), self.display(node, "UnitsID", "Units"))
-        letters = (node.text("DataTypes"), node.text("AvForPhases"))
-        flags = tuple(map(node.flag, ("Binary", "Scalar", "Vector")))
-        return (node.id, field(texts[0], 50), field(texts[1], 10), *flags, *(field(text, 50) for text in letters))
+        name, units = field(self.name(node), 50), field(self.display(node, "UnitsID", "Units"), 10)
+        letters = (field(node.text(key), 50) for key in ("DataTypes", "AvForPhases"))
+        return node.id, name, units, *map(node.flag, ("Binary", "Scalar", "Vector")), *letters

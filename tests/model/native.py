@@ -3,7 +3,7 @@
 import ctypes
 from ctypes import POINTER, Structure, byref, c_bool, c_double, c_int, c_long, c_uint32, c_uint64, c_uint8, c_void_p
 
-from fileformat import units_of
+from fileformat import bits, units_of
 from values import CONSTANT, ONE_DIMENSIONAL
 
 UNTOUCHED_POINTER, UNTOUCHED_COUNT = 0x5A5A5A50, -77
@@ -20,7 +20,7 @@ Matter = record(
 )
 Phase = record("Phase", id=c_long, name=Name, aggreg=c_int)
 Change = record("Change", id=c_long, name=Name, phase1=c_long, phase2=c_long)
-Param = record("Param", id=c_long, type=c_int, vector=c_uint8, name=Name, units=Units)
+Param = record("Param", id=c_long, type=c_int, vector=c_bool, name=Name, units=Units)
 Description = record(
     "Description", id=c_long, name=Name, units=Units, binary=c_bool, scalar=c_bool, vector=c_bool,
     types=Name, phases=Name,
@@ -32,30 +32,32 @@ SIZES = {Component: 16, Matter: 432, Phase: 216, Change: 224, Param: 256, Descri
 assert all(ctypes.sizeof(one) == size for one, size in SIZES.items())
 
 
-def matter_row(row):
-    components = tuple((row.components[i].matter_id, row.components[i].fraction) for i in range(row.count))
-    return row.id, bytes(row.name), bytes(row.comment), row.mixture, components
+def convert(value):
+    """A field in the model's terms."""
+    return bytes(value) if isinstance(value, ctypes.Array) else value
 
 
-def param_row(row):
-    # Of a text left empty only the first character is defined.
-    texts = (bytes(text) if text[0] else bytes(ctypes.sizeof(text)) for text in (row.name, row.units))
-    return row.id, row.type, bool(row.vector), *texts
+def row_of(record):
+    return tuple(convert(getattr(record, name)) for name, _ in record._fields_)
 
 
-def description_row(row):
-    texts = bytes(row.name), bytes(row.units)
-    return row.id, *texts, row.binary, row.scalar, row.vector, bytes(row.types), bytes(row.phases)
+def matter_row(record):
+    return *row_of(record)[:4], tuple(row_of(record.components[i]) for i in range(record.count))
+
+
+def param_row(record):
+    # Of an empty text only the first character counts.
+    return *row_of(record)[:3], *(bytes(text if text[0] else len(bytes(text))) for text in (record.name, record.units))
 
 
 LISTS = {
     "GetMatters": (Matter, matter_row, "MatterArray"),
-    "GetPhases": (Phase, lambda row: (row.id, bytes(row.name), row.aggreg), "PhasesArray"),
-    "GetPhaseChanges": (Change, lambda row: (row.id, bytes(row.name), row.phase1, row.phase2), "PhaseChangeArray"),
+    "GetPhases": (Phase, row_of, "PhasesArray"),
+    "GetPhaseChanges": (Change, row_of, "PhaseChangeArray"),
     "GetMatterParams": (Param, param_row, "ParametersArray"),
     "GetPhaseParams": (Param, param_row, "ParametersArray"),
     "GetPhaseChangeParams": (Param, param_row, "ParametersArray"),
-    "GetAvailablePhaseParams": (Description, description_row, "ParamDescrArray"),
+    "GetAvailablePhaseParams": (Description, row_of, "ParamDescrArray"),
 }
 
 
@@ -79,52 +81,34 @@ def read_value(address):
     return type, vector, content
 
 
-def array_of(rows):
-    numbers = [number for row in rows for number in row]
-    return (c_double * len(numbers))(*numbers) if numbers else None
-
-
-def address(array):
-    return ctypes.cast(array, c_void_p) if array is not None else None
-
-
 class ValueObject:
-    """A value as a host builds it. Without rows, its count may be anything: `odd_count`."""
+    """A value as a host builds it. Where there are no rows, the count may be anything: `odd_count`."""
 
     def __init__(self, type, content, odd_count):
-        self.keep = []
+        self.keep, self.odd_count = [], odd_count
         head = ValueHead(None, 77, 5)
-        if type not in TYPES_WITH_CLASS:
-            self.object = Table(head)
-        elif type in CONSTANT:
+        if type in CONSTANT:
             self.object = record("Constant", head=ValueHead, numbers=c_double * len(content))(head, content)
         elif type in ONE_DIMENSIONAL:
-            self.object = Table(head, self.rows(content), len(content) or odd_count)
+            self.object = Table(head, *self.rows(content))
         else:
-            parts = [Subtable.from_buffer_copy(self.subtable(*one, odd_count)) for one in content]
-            array = (Subtable * len(parts))(*parts) if parts else None
-            self.keep.append(array)
-            self.object = Table(head, address(array), len(parts) or odd_count)
+            subtables = [Subtable(bits(first), *reversed(self.rows(rows))) for first, rows in content]
+            self.object = Table(head, *self.array(Subtable, subtables))
 
     def rows(self, rows):
-        array = array_of(rows)
-        self.keep.append(array)
-        return address(array)
+        """Their address and their number."""
+        address, _ = self.array(c_double, [number for row in rows for number in row])
+        return address, len(rows) or self.odd_count
 
-    def subtable(self, first, rows, odd_count):
-        made = record("Made", first=c_double, count=c_long, rows=c_void_p)
-        return made(first, len(rows) or odd_count, self.rows(rows))
-
-
-TYPES_WITH_CLASS = (1, 2, 3, 4, 5)
+    def array(self, kind, elements):
+        if not elements:
+            return None, self.odd_count
+        self.keep.append((kind * len(elements))(*elements))
+        return ctypes.addressof(self.keep[-1]), len(elements)
 
 
 def wide(text):
     return None if text is None else units_of(text) + bytes(4)
-
-
-def text_array(units, size):
-    return (c_uint32 * size)(*units)
 
 
 class Library:
@@ -172,22 +156,22 @@ class Library:
         return code, value
 
     def add_matter(self, database, name, comment, mixture, components, odd_count):
-        array = (record("Given", id=c_long, fraction=c_double) * len(components))(*components) if components else None
-        matter = Matter(99, text_array(name, 50), text_array(comment, 50), mixture, len(components) or odd_count)
-        matter.components = ctypes.cast(array, POINTER(Component)) if components else None
+        array = (Component * len(components))(*((matter_id, bits(one)) for matter_id, one in components))
+        matter = Matter(99, Name(*name), Name(*comment), mixture, len(components) or odd_count)
+        matter.components = array if components else None
         return self.call("AddMatter", database, byref(matter))
 
     def add_phase(self, database, matter_id, name, aggreg):
-        return self.call("AddPhase", database, matter_id, byref(Phase(99, text_array(name, 50), aggreg)))
+        return self.call("AddPhase", database, matter_id, byref(Phase(99, Name(*name), aggreg)))
 
     def add_change(self, database, matter_id, name, phase1, phase2):
-        change = Change(99, text_array(name, 50), phase1, phase2)
+        change = Change(99, Name(*name), phase1, phase2)
         return self.call("AddPhaseChange", database, matter_id, byref(change))
 
     def add_param(self, database, ids, param, content, odd_count):
         """To a substance or, with two IDs, to a phase; content None stands for a null value."""
         param_id, type, vector = param
-        given = Param(param_id, type, 3 if vector else 0, text_array([65] * 50, 50), text_array([66] * 10, 10))
+        given = Param(param_id, type, vector, Name(65), Units(66))
         value = None if content is None else ValueObject(type, content, odd_count)
         name = "AddPhaseParam" if len(ids) == 2 else "AddMatterParam"
         return self.call(name, database, *ids, byref(given), byref(value.object) if value else None)

@@ -1,12 +1,12 @@
 """The six kinds of value: reading them from data files and writing them.
 
-A value is (type, is vector, content). The content is one row for a constant, a list of rows for a
-one-dimensional table and a list of (first argument, rows) for a two-dimensional one.
+The content of a value is one row for a constant, a list of rows for a one-dimensional table and a
+list of (first argument, rows) for a two-dimensional one.
 """
 
 import math
 
-from fileformat import Failure, bits, raw_lines, read_double, split, trim, widen, write_double, write_long
+from fileformat import Failure, bits, read_double, read_lines, split, widen, write_double
 
 CONSTANT, ONE_DIMENSIONAL, TWO_DIMENSIONAL = (1,), (2, 3), (4, 5)
 HEADER = "P="
@@ -31,71 +31,61 @@ class Reader:
 
     def lines(self):
         """The lines with whether the file ended in them; None for those without data."""
-        for raw, too_long, is_last in raw_lines(self.data):
+        for line, too_long, is_last in read_lines(self.data, widen):
             if too_long:
                 self.log("Cannot read parameter data file: " + self.path, False)
                 raise Failure(-7)
-            line = trim(widen(raw.split(b"\0")[0]))
             yield None if line[:1] in ("", "#") else line, is_last
 
     def data_lines(self):
         return (line for line, _ in self.lines() if line is not None)
 
-    def row(self, line, number, previous):
-        """The numbers of a table's row, whose argument must be above the previous row's."""
+    def parts(self, line, count, message):
         parts = split(line)
-        if len(parts) != (4 if self.vector else 2):
-            self.fail(-12, f"Bad table format [{number}]: ", line)
-        row = []
-        for index, part in enumerate(parts):
-            row.append(read_double(part))
-            if row[-1] is None:
-                kind = "vector component" if self.vector else "component"
-                self.fail(-11, f"Bad table {kind} [{number}]: ", index)
-        if math.isnan(row[0]) or previous is not None and not previous < row[0]:
-            self.fail(-11, f"Monotony error [{number}]: ", line)
-        return tuple(row)
+        if len(parts) != count:
+            self.fail(-12, message, line)
+        return parts
 
-    def rows(self, lines):
-        """Vectors are checked when all lines are there, scalars one by one."""
-        if self.vector:
-            lines = list(lines)
-            self.log(f"{len(lines)} data lines loaded", True)
-        rows = self.checked(lines)
-        if not self.vector:
-            self.log(f"{len(rows)} data lines loaded", True)
-        return rows
-
-    def checked(self, lines):
-        rows = []
-        for line in lines:
-            rows.append(self.row(line, len(rows), rows[-1][0] if rows else None))
-        return rows
-
-    def constant(self):
-        line = ""
-        for line in self.data_lines():
-            pass
-        if not self.vector:
-            number = read_double(line)
-            if number is None:
-                self.fail(-11, "Bad const value: ", line)
-            return (number,)
-        parts = split(line)
-        if len(parts) != 3:
-            self.fail(-12, "Bad const vector format: ", line)
+    def numbers(self, parts, message):
         numbers = []
         for index, part in enumerate(parts):
             numbers.append(read_double(part))
             if numbers[-1] is None:
-                self.fail(-11, "Bad const vector component: ", index)
+                self.fail(-11, message, index)
         return tuple(numbers)
 
-    def table(self):
-        rows = self.rows(self.data_lines())
-        if not rows:
-            raise Failure(-9)
+    def row(self, line, number, previous):
+        """The numbers of a table's row, whose argument must be above that of the previous row."""
+        parts = self.parts(line, 4 if self.vector else 2, f"Bad table format [{number}]: ")
+        what = "vector component" if self.vector else "component"
+        row = self.numbers(parts, f"Bad table {what} [{number}]: ")
+        if math.isnan(row[0]) or previous and not previous[0] < row[0]:
+            self.fail(-11, f"Monotony error [{number}]: ", line)
+        return row
+
+    def checked(self, lines):
+        rows = []
+        for line in lines:
+            rows.append(self.row(line, len(rows), rows[-1] if rows else None))
         return rows
+
+    def constant(self):
+        line = "".join(list(self.data_lines())[-1:])
+        if self.vector:
+            parts = self.parts(line, 3, "Bad const vector format: ")
+            return self.numbers(parts, "Bad const vector component: ")
+        number = read_double(line)
+        if number is None:
+            self.fail(-11, "Bad const value: ", line)
+        return (number,)
+
+    def table(self):
+        """Vectors are checked once all lines are there, scalars one by one."""
+        lines = list(self.data_lines()) if self.vector else self.checked(self.data_lines())
+        self.log(f"{len(lines)} data lines loaded", True)
+        if not lines:
+            raise Failure(-9)
+        return self.checked(lines) if self.vector else lines
 
     def first_argument(self, line):
         number = read_double(line[len(HEADER) :])
@@ -119,7 +109,7 @@ class Reader:
             elif line is not None and not is_last:
                 if first is None:
                     self.fail(-12, f"Bad table format [{len(collected)}]: ", line)
-                previous = collected[-1][0] if collected else None
+                previous = collected[-1] if collected else None
                 collected.append(line if self.vector else self.row(line, len(collected), previous))
         self.close_subtable(first, collected, subtables)
         if not subtables:
@@ -131,20 +121,16 @@ class Reader:
 def read_value(data, path, type, vector, log):
     reader = Reader(data, path, vector, log)
     if type in CONSTANT:
-        return type, vector, reader.constant()
-    return type, vector, reader.table() if type in ONE_DIMENSIONAL else reader.subtables()
+        return reader.constant()
+    return reader.table() if type in ONE_DIMENSIONAL else reader.subtables()
 
 
 def write_value(type, content):
     """The lines of a data file."""
-    rows = []
-    if type in CONSTANT:
-        rows.append(content)
-    elif type in ONE_DIMENSIONAL:
-        rows.extend(content)
-    else:
-        for first, subrows in content:
-            rows.append(HEADER + write_double(first))
-            rows.extend(subrows)
-    lines = (row if isinstance(row, str) else " ".join(map(write_double, row)) for row in rows)
+    rows = [content] if type in CONSTANT else content
+    subtables = content if type in TWO_DIMENSIONAL else [(None, rows)]
+    lines = []
+    for first, rows in subtables:
+        lines += [] if first is None else [HEADER + write_double(first)]
+        lines += [" ".join(map(write_double, row)) for row in rows]
     return "".join(line + "\n" for line in lines).encode()
