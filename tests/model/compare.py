@@ -100,6 +100,7 @@ def main():
     arguments = parser.parse_args()
     if arguments.batch:
         return run_batch(arguments)
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # so that the trees go
     directory = tempfile.mkdtemp(prefix="model-", dir="/dev/shm" if os.path.isdir("/dev/shm") else None)
     try:
         return run_all(arguments, directory)

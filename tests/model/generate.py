@@ -96,6 +96,10 @@ class Generator(random.Random):
         else:
             rows = [[x, *self.numbers(width)] for x in self.arguments(self.randint(0, 5))]
         texts = [" ".join(map(self.number_text, row)) for row in rows]
+        if texts and self.is_odd(2):
+            texts.insert(self.randint(0, len(texts)), self.choice(texts))
+        if texts and self.is_odd():
+            texts[0] = "nan " + texts[0].partition(" ")[2]
         if self.is_odd(2):
             texts = [text.replace(" ", "  ", 1) for text in texts]
         texts = [f" {text} " if self.is_odd() else text for text in texts]
