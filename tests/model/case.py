@@ -5,9 +5,10 @@ import os
 
 from additions import GrowingDatabase
 from disk import Disk, snapshot
-from fileformat import Failure, Fault
+from fileformat import Failure, Fault, narrow
 from image import CHANGE, PHASE, TYPE_LETTERS
 from native import UNTOUCHED_COUNT
+from oddities import OBSTACLES
 
 ENTITY_LISTS = ("GetPhases", "GetPhaseChanges", "GetMatterParams")
 PHASE_LISTS = ("GetPhaseParams", "GetAvailablePhaseParams")
@@ -26,6 +27,11 @@ def first_change(expected, actual, place=""):
         index, pair = next((index, pair) for index, pair in enumerate(pairs) if pair[0] != pair[1])
         return first_change(*pair, f"{place}[{index}]")
     return f"at {place}\nexpected {expected}\n  actual {actual}"
+
+
+def owners(matters):
+    """What parameters can be added to."""
+    return [node for matter in matters for node in (matter, *matter.children[PHASE].values())]
 
 
 class Case:
@@ -116,10 +122,22 @@ class Case:
         self.sweep(number)
         additions = (self.add_matter, self.add_child, self.add_param, self.add_param)
         for _ in range(self.random.choice((0, 3, 10))):
-            self.random.choice(additions)(number)
+            if self.random.oddness and self.random.chance(0.15):
+                self.obstruct(number)
+            has_matters = self.databases[number].matters or self.random.chance(0.2)
+            self.random.choice(additions if has_matters else additions[:1])(number)
             if self.random.chance(0.3):
                 self.null_arguments(number)
         self.sweep(number)
+
+    def obstruct(self, number):
+        """Someone else puts something where an addition may want to write."""
+        matters = self.databases[number].matters.values()
+        directory = narrow(self.random.choice([node.directory for node in owners(matters)] or [self.root]))
+        if os.path.isdir(directory):
+            self.check_tree()
+            self.random.put_odd_entry(directory, OBSTACLES)
+            self.disk.expected = snapshot(self.base)
 
     def list(self, number, name, *ids):
         database = self.databases.get(number)

@@ -6,9 +6,9 @@ import socket
 
 from fileformat import MARK
 from oddities import (
-    AIMS, COMPOSITIONS, DIRECTORY_NAMES, FRACTIONS, GOOD_COMPOSITIONS, HUGE_LONGS, LINKS, LITTER, NUMBERS,
+    AIMS, COMPOSITIONS, DIRECTORY_NAMES, FRACTIONS, GOOD_COMPOSITIONS, HUGE_LONGS, LITTER, NUMBERS,
     ODD_BYTES, ODD_DATA_NAMES, ODD_DIRECTORY_NAMES, ODD_LINES, ODD_LONGS, ODD_NUMBERS, ODD_ROWS, ODD_STEMS,
-    ODD_UNITS, ODD_VALUES, STEMS, TEXTS,
+    ODD_UNITS, ODD_VALUES, STEMS, TEXTS, WRITTEN_IN_PLACE,
 )
 
 
@@ -126,7 +126,7 @@ class Generator(random.Random):
         for name in (b"default.lst", b"strings.lst"):
             if self.chance(0.8):
                 self.put(root, name, self.string_table())
-        for _ in range(self.choice((0, 2, 4, 6))):
+        for _ in range(self.choice((1, 2, 4, 6))):
             self.put(root, self.file_name(b"prd"), self.description())
         for _ in range(self.choice((0, 1, 2, 3))):
             self.substance(self.directory(root))
@@ -191,33 +191,29 @@ class Generator(random.Random):
                 file.write(data)
 
     def litter(self, path):
-        """What does not belong there: links, pipes, sockets, empty directories, other files."""
         for _ in range(3):
             if self.is_odd():
-                self.litter_one(path + b"/" + self.choice(LITTER))
-        if self.is_odd():
-            link = path + b"/" + self.choice(LINKS)
-            if not os.path.lexists(link):
-                os.symlink(self.choice(AIMS), link)
+                self.put_odd_entry(path)
 
-    def litter_one(self, path):
+    def put_odd_entry(self, directory, names=LITTER):
+        """What does not belong there: a link, a pipe, a socket, another directory or file."""
+        path = directory + b"/" + self.choice(names)
         if os.path.lexists(path):
             return
-        what = self.choice(("directory", "full", "link", "loop", "pipe", "socket", "file", "outside"))
+        what = self.choice(("directory", "full", "link", "link", "link", "loop", "pipe", "socket", "file"))
         if what in ("directory", "full"):
             os.mkdir(path)
         if what == "full":
             self.put(path, self.choice((b"x.phd", b"x.mtd", b"x")), b"ID=1\n")
-        elif what in ("link", "loop", "outside"):
-            aims = {"link": b"missing", "loop": os.path.basename(path), "outside": b".."}
-            os.symlink(aims[what], path)
-        elif what == "pipe" and not path.endswith(b"Property1.dat"):
+        elif what in ("link", "loop"):
+            os.symlink(self.choice(AIMS) if what == "link" else os.path.basename(path), path)
+        elif what == "pipe" and not path.endswith(WRITTEN_IN_PLACE):
             os.mkfifo(path)
         elif what == "socket":
             with socket.socket(socket.AF_UNIX) as one:
                 one.bind(path)
         elif what == "file":
-            self.put(os.path.dirname(path), os.path.basename(path), self.choice((b"", b"ID=1\n", MARK)))
+            self.put(directory, os.path.basename(path), self.choice((b"", b"ID=1\n", MARK)))
 
     # What hosts pass
 

@@ -56,9 +56,10 @@ ODD_DIRECTORY_NAMES = (
 )
 STEMS = (b"x", b"Property1", b"Property2", b"", b"a.b", "имя".encode(), b"Substance1")
 ODD_STEMS = (b"a\\b", b"bad\xfe", b"ctl\x02", b"Phase1\\", b" ")
+# A pipe that is written in place would hang whoever writes.
+WRITTEN_IN_PLACE = (b"Property1.dat", b"Property2.dat")
+OBSTACLES = (*WRITTEN_IN_PLACE, b"Property1.prh", b"Property2.prh", b"Substance1", b"Phase1", b"PC1")
 LITTER = (
-    b"Substance1", b"Phase1", b"PC1", b"Property1.prh", b"qmdb.log", b"default.lst", b"x.prh", b"y.phd", b"y.mtd",
-    b"y.prd", b"x.dat", b"Property1.dat",
+    *OBSTACLES, b"qmdb.log", b"default.lst", b"x.prh", b"y.phd", b"y.mtd", b"y.prd", b"x.dat",
 )
-LINKS = (b"Property1.dat", b"Property2.dat", b"Property1.prh")
-AIMS = (b"aim", b"missing/aim", b"/dev/full", b"Property3.dat", b".")
+AIMS = (b"missing", b"missing/aim", b"/dev/full", b"Property3.dat", b".", b"..")
