@@ -129,7 +129,8 @@ class GrowingDatabase(Database):
 
     def write_data(self, head, path, data):
         """A data file that cannot be opened is only logged; one that cannot be filled fails."""
-        if self.disk.link_target(path) == NO_ROOM:
+        has_room = self.disk.link_target(path) != NO_ROOM
+        if data and not has_room:
             self.refuse(-6, "Cannot write parameter data file: ", shown(path))
-        if not self.disk.write(path, data):
+        if has_room and not self.disk.write(path, data):
             self.error("Cannot open file for write: ", shown(head.path))

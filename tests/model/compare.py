@@ -15,6 +15,8 @@ import sys
 import tempfile
 import traceback
 
+sys.dont_write_bytecode = True  # the tests may lie in a directory that is not ours
+
 from case import Case, Difference
 from generate import Generator
 from native import Library
