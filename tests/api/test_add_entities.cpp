@@ -333,4 +333,28 @@ TEST(AddEntities, textThatCannotBeEncoded)
     EXPECT_EQ(addMatter(db.id, { L"A" }), 7) << "the IDs are used up";
 }
 
+// A line of the file holds 1,022 bytes; a composition that takes more could never be read again.
+TEST(AddEntities, compositionsFitTheirLine)
+{
+    const auto parts = [](std::size_t withFiveDigits) {
+        std::vector<COMPONENT> components(99, { 1000, 0.01 }); // 1,001 bytes, the key included
+        std::fill_n(components.begin(), withFiveDigits, COMPONENT { 10000, 0.01 });
+        return components;
+    };
+    const TempDatabase tree(water);
+    const OpenDatabase db(tree);
+    EXPECT_EQ(addMatter(db.id, { L"Too long", L"", 1, parts(22) }), QMDB_E_FORMAT);
+    EXPECT_EQ(tree.log(), "ERROR: Composition line is too long: Too long\n");
+    EXPECT_EQ(tree.changes(), "") << "nothing was made";
+    auto bad = parts(99);
+    bad.back().molarFraction = 1;
+    EXPECT_EQ(addMatter(db.id, { L"Bad sum", L"", 1, bad }), QMDB_E_FRACTIONS)
+        << "this check stays the first";
+    EXPECT_EQ(addMatter(db.id, { L"Fits", L"", 1, parts(21) }), 6) << "the bad sum has used 5 up";
+    EXPECT_EQ(addPhase(db.id, 6, L"Gas", 3), 0);
+    const OpenDatabase again(tree);
+    EXPECT_EQ(again.code, QMDB_OK);
+    EXPECT_EQ(listing(again.id), listing(db.id));
+}
+
 } // namespace

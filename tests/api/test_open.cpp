@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <sys/resource.h>
 
 namespace {
 
@@ -283,6 +285,82 @@ TEST(Open, laterDuplicateReplacesTheEarlier)
     EXPECT_EQ(listing(db.id), "matter 1 '" + winner + "' '' mixture 0\n  phase 2 '" + phase + "' state 1\n");
     EXPECT_NE(tree.log().find("Phases have been added1\n"), std::string::npos);
     EXPECT_NE(tree.log().find("Materials have been added to database1\n"), std::string::npos);
+}
+
+// A directory that is there and cannot be listed must not pass for an empty one.
+TEST(OpenFailures, unlistableDirectoriesAreReported)
+{
+    const TempDatabase tree(water
+        + Tree {
+            { "loop", "loop", Kind::link }, { "W/P/p.phd", "ID=9\nName=P\nAggreg=1\n" }, { "logs/", "" } });
+    const std::wstring logs = tree.path() + L"/logs";
+    const std::pair<std::wstring, int> roots[] = { { L"/loop", 2 }, { L"/" + std::wstring(300, L'n'), 2 },
+        { L"/nothing", 0 }, { L"/default.lst", 0 } };
+    for (const auto& [root, reports] : roots) {
+        const OpenDatabase db(tree.path() + root, { .logDir = logs });
+        EXPECT_EQ(db.code, QMDB_OK);
+        std::string expected = "ERROR: Cannot open file: $" + toUtf8(root) + "/default.lst\n";
+        for (int scan = 0; scan < reports; ++scan) {
+            expected += "ERROR: Cannot list directory: $" + toUtf8(root) + "\n";
+        }
+        std::string log = tree.read("logs/qmdb.log");
+        for (std::size_t at = 0; (at = log.find(tree.root(), at)) != log.npos;) {
+            log.replace(at, tree.root().size(), "$");
+        }
+        EXPECT_EQ(log, expected);
+    }
+    rlimit before {};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit none { 0, before.rlim_max };
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    long id = 0;
+    const int code = qmdbOpen(tree.path().c_str(), L"", L"", false, &id);
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(code, QMDB_E_FILE) << "no descriptor is left, and IDs would start anew";
+    EXPECT_EQ(id, -1);
+}
+
+TEST(OpenLog, namesOfEntriesStayOnTheirLine)
+{
+    const TempDatabase tree(Tree { { "default.lst", "" }, { "a\nERROR: b/x\x01y.mtd", "ID=1\n" } });
+    const OpenDatabase db(tree);
+    EXPECT_EQ(db.code, QMDB_E_REQUIRED_KEY);
+    EXPECT_EQ(tree.log(),
+        "ERROR: No required field(s) in file: $/a?ERROR: b/x?y.mtd\n"
+        "ERROR: Cannot load matter file: $/a?ERROR: b/x?y.mtd\n");
+}
+
+TEST(OpenLog, isNotWrittenThroughALink)
+{
+    const TempDatabase tree(water + Tree { { "qmdb.log", "elsewhere", Kind::link } });
+    const OpenDatabase db(tree, { .logInfo = true });
+    EXPECT_EQ(db.code, QMDB_OK);
+    EXPECT_FALSE(tree.exists("elsewhere"));
+}
+
+// The system takes 4,096 bytes of a path in one piece.
+TEST(Open, rootsNearTheLongestPath)
+{
+    const TempDatabase tree(Tree { { "logs/", "" } });
+    std::filesystem::path deep(tree.root());
+    while (deep.native().size() < 3990) {
+        deep /= std::string(std::min<std::size_t>(200, 4085 - deep.native().size()), 'd');
+        std::filesystem::create_directory(deep);
+    }
+    std::filesystem::current_path(deep);
+    for (const Entry& entry : water) {
+        std::filesystem::create_directories(std::filesystem::path("./" + entry.path).parent_path());
+        std::ofstream("./" + entry.path) << entry.bytes;
+    }
+    std::filesystem::current_path("/");
+    const std::string root = deep.native();
+    const OpenDatabase db({ root.begin(), root.end() }, { .logDir = tree.path() + L"/logs" });
+    EXPECT_EQ(listing(db.id), waterListing);
+    IDbDataConst value;
+    value.value = 2;
+    const PARAMETER record { 7, PARAM_TYPE_CONSTANT, false, {}, {} };
+    EXPECT_EQ(qmdbAddMatterParam(db.id, 4, &record, &value), QMDB_OK);
+    EXPECT_EQ(valueText(db.id, { 4 }, 7), "2");
 }
 
 } // namespace
