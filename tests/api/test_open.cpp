@@ -343,8 +343,10 @@ TEST(Open, rootsNearTheLongestPath)
 {
     const TempDatabase tree(Tree { { "logs/", "" } });
     std::filesystem::path deep(tree.root());
-    while (deep.native().size() < 3990) {
-        deep /= std::string(std::min<std::size_t>(200, 4085 - deep.native().size()), 'd');
+    constexpr std::size_t rootLength = 4088; // the system takes it, but nothing much below it
+    while (deep.native().size() < rootLength) {
+        const std::size_t missing = rootLength - deep.native().size() - 1;
+        deep /= std::string(missing > 250 ? 120 : missing, 'd');
         std::filesystem::create_directory(deep);
     }
     std::filesystem::current_path(deep);
