@@ -1,15 +1,14 @@
 #pragma once
 
+#include "files/CUniqueNames.h"
 #include "model/CMatter.h"
 #include "model/CParameter.h"
 #include "qmdatabase/records.h"
 #include "qmdatabase/values.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 
 /// One open database: the image of a directory tree of descriptors, read once at the open and kept in
 /// step with what is added.
@@ -79,12 +78,15 @@ private:
     int listDescriptions(MATTER_STATE state, PARAMETERDESCR*& descrs, int& count) const;
     void expandParamsList(PARAMETER* params, int count) const;
 
-    bool isMatterNamePresent(std::string_view name);
+    bool isMatterNamePresent(std::string_view name) { return matterNames_.contains(matters_, name); }
     void setIdentity(CEntity& created, long& maxId, std::string_view name);
     int setComposition(CMatter& created, const MATTER& matter) const;
     int checkParameter(const PARAMETER& param) const;
     int saveParameter(const CEntity& owner, CHeadMap& heads, const PARAMETER& param, const IDbData* data,
         std::string_view successMessage);
+
+    CFilePath makeEntityDir(
+        std::shared_ptr<const std::string> parentPath, format::Series series, std::string_view extension);
 
     CLog log_;
     std::shared_ptr<const std::string> path_;
@@ -92,6 +94,6 @@ private:
     CIdMap<CMatter> matters_;
     CIdMap<CParameter> parameters_;
     long maxMatterId_ = -1;
-    /// Display names of all substances; collected when the first is added.
-    std::optional<std::unordered_set<std::string>> matterNames_;
+    CUniqueNames uniqueNames_;
+    CNames matterNames_;
 };

@@ -1,7 +1,6 @@
 #include "database/CDatabase.h"
 
 #include "files/nextId.h"
-#include "files/uniqueNames.h"
 #include "format/composition.h"
 #include "format/paths.h"
 #include "format/recordText.h"
@@ -12,33 +11,21 @@
 
 namespace {
 
-/// Makes a directory for a new entity; returns the path of its descriptor, which is still to be
-/// written.
-CFilePath makeEntityDir(
-    std::shared_ptr<const std::string> parentPath, std::string_view prefix, std::string_view extension)
-{
-    CDirectory parent(std::move(parentPath));
-    parent.open();
-    const std::string name = uniqueName(parent, prefix);
-    parent.makeDirectory(name);
-    return { std::make_shared<const std::string>(format::joinPath(*parent.path(), name)),
-        name + "." + std::string(extension) };
-}
-
 /// Saves a new entity, puts it into its map and logs that.
 template <class Entity>
-int saveEntity(CIdMap<Entity>& entities, Entity entity, std::string_view successMessage)
+int saveEntity(CIdMap<Entity>& entities, CNames& names, Entity entity, std::string_view successMessage)
 {
     const CLog& log = entity.log();
     const long id = entity.getID();
     const std::string path = entity.path.shown();
     CDirectory directory(entity.path.directoryPart());
     directory.open();
-    if (const int code = saveAndInsert(entities, std::move(entity), directory); code != QMDB_OK) {
-        return code;
+    const int code = names.addWith(
+        entity.getName(), [&] { return saveAndInsert(entities, std::move(entity), directory); });
+    if (code == QMDB_OK) {
+        log.info(successMessage, path, ", ID=", id);
     }
-    log.info(successMessage, path, ", ID=", id);
-    return QMDB_OK;
+    return code;
 }
 
 /// The components of a caller's record; none when it counts some and has none.
@@ -64,6 +51,19 @@ bool compositionFits(const MATTER& matter)
 
 } // namespace
 
+/// Makes a directory for a new entity; returns the path of its descriptor, which is still to be
+/// written.
+CFilePath CDatabase::makeEntityDir(
+    std::shared_ptr<const std::string> parentPath, format::Series series, std::string_view extension)
+{
+    CDirectory parent(std::move(parentPath));
+    parent.open();
+    const std::string name = uniqueNames_.next(parent, series);
+    parent.makeDirectory(name);
+    return { std::make_shared<const std::string>(format::joinPath(*parent.path(), name)),
+        name + "." + std::string(extension) };
+}
+
 int CDatabase::addMatter(const MATTER& matter)
 {
     const std::string name = format::fieldText(matter.name);
@@ -76,22 +76,15 @@ int CDatabase::addMatter(const MATTER& matter)
         return QMDB_E_FORMAT;
     }
     CMatter created(log_, *strings_);
-    created.path = makeEntityDir(path_, s_matterDirsPrefix, s_matterFilesExt);
+    created.path = makeEntityDir(path_, format::Series::Substances, s_matterFilesExt);
     setIdentity(created, maxMatterId_, name);
     created.setComment(format::fieldText(matter.comment));
     created.setCommentID(strings_->increaseMaxStringID());
     if (const int code = setComposition(created, matter); code != QMDB_OK) {
         return code;
     }
-    // The set of names is whole again only when all has gone well; it is collected anew otherwise.
-    std::unordered_set<std::string> names = std::move(*matterNames_);
-    matterNames_.reset();
-    names.emplace(created.getName());
-    if (const int code = saveEntity(matters_, std::move(created), "New material saved: "); code != QMDB_OK) {
-        return code;
-    }
-    matterNames_ = std::move(names);
-    return static_cast<int>(maxMatterId_);
+    const int code = saveEntity(matters_, matterNames_, std::move(created), "New material saved: ");
+    return code == QMDB_OK ? static_cast<int>(maxMatterId_) : code;
 }
 
 int CDatabase::setComposition(CMatter& created, const MATTER& matter) const
@@ -111,18 +104,6 @@ int CDatabase::setComposition(CMatter& created, const MATTER& matter) const
     return QMDB_OK;
 }
 
-bool CDatabase::isMatterNamePresent(std::string_view name)
-{
-    if (!matterNames_) {
-        std::unordered_set<std::string> names;
-        for (const auto& [id, matter] : matters_) {
-            names.emplace(matter.getName());
-        }
-        matterNames_ = std::move(names);
-    }
-    return matterNames_->contains(std::string(name));
-}
-
 int CDatabase::addPhase(long matterId, const PHASE& phase)
 {
     CMatter* matter = nullptr;
@@ -135,10 +116,10 @@ int CDatabase::addPhase(long matterId, const PHASE& phase)
         return QMDB_E_DUPLICATE_NAME;
     }
     CPhase created(log_, *strings_);
-    created.path = makeEntityDir(matter->path.directoryPart(), s_phasesDirsPrefix, s_phaseFilesExt);
+    created.path = makeEntityDir(matter->path.directoryPart(), format::Series::Phases, s_phaseFilesExt);
     setIdentity(created, matter->maxPhaseId, name);
     created.setMatterState(phase.aggreg);
-    const int code = saveEntity(matter->phases, std::move(created), "New phase saved: ");
+    const int code = saveEntity(matter->phases, matter->phaseNames, std::move(created), "New phase saved: ");
     return code == QMDB_OK ? static_cast<int>(matter->maxPhaseId) : code;
 }
 
@@ -155,11 +136,12 @@ int CDatabase::addPhaseChange(long matterId, const PHASECHANGE& phaseChange)
     }
     CPhaseChange created(log_, *strings_);
     created.path
-        = makeEntityDir(matter->path.directoryPart(), s_phasesChangeDirsPrefix, s_phaseChangeFilesExt);
+        = makeEntityDir(matter->path.directoryPart(), format::Series::PhaseChanges, s_phaseChangeFilesExt);
     setIdentity(created, matter->maxPhaseChangeId, name);
     created.setPhase1ID(phaseChange.phase1);
     created.setPhase2ID(phaseChange.phase2);
-    const int code = saveEntity(matter->phaseChanges, std::move(created), "New phase change saved: ");
+    const int code = saveEntity(
+        matter->phaseChanges, matter->phaseChangeNames, std::move(created), "New phase change saved: ");
     return code == QMDB_OK ? static_cast<int>(matter->maxPhaseChangeId) : code;
 }
 

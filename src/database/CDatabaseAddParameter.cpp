@@ -1,6 +1,5 @@
 #include "database/CDatabase.h"
 
-#include "files/uniqueNames.h"
 #include "format/paths.h"
 #include "qm/CQMDirectoryLock.h"
 #include "qmdatabase/status.h"
@@ -80,7 +79,7 @@ int CDatabase::saveParameter(const CEntity& owner, CHeadMap& heads, const PARAME
     // From the choice of the name until its head stands: no other process's data file gets under it.
     const qm::CQMDirectoryLock lock(directory.descriptor());
     CParameterData head(log_);
-    head.path = CFilePath(directory.path(), uniqueName(directory, s_paramFilePrefix, s_paramFileExt));
+    head.path = CFilePath(directory.path(), uniqueNames_.next(directory, format::Series::Heads));
     const std::string shownPath = head.path.shown();
     head.setID(param.id);
     head.setVector(param.vector);

@@ -16,9 +16,9 @@ int CDatabase::getMatters(MATTER*& matters, int& count) const
     auto records = std::make_unique<MATTER[]>(matters_.size());
     MATTER* record = records.get();
     int code = QMDB_OK;
-    for (auto at = matters_.begin(); at != matters_.end() && code == QMDB_OK; ++at) {
-        code = fillMatter(at->object, *record++);
-    }
+    matters_.forEach([&](long, const CMatter& matter) {
+        code = code == QMDB_OK ? fillMatter(matter, *record++) : code; // up to the first that fails
+    });
     count = static_cast<int>(matters_.size());
     matters = code == QMDB_OK ? records.release() : nullptr;
     return code;

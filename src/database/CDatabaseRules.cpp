@@ -57,11 +57,11 @@ int CDatabase::getPhaseParamsDescriptions(
 int CDatabase::listDescriptions(MATTER_STATE state, PARAMETERDESCR*& descrs, int& count) const
 {
     std::vector<const CParameter*> available;
-    for (const auto& [id, parameter] : parameters_) {
+    parameters_.forEach([&](long id, const CParameter& parameter) {
         if (isParameterCorrectForPhase(id, state)) {
             available.push_back(&parameter);
         }
-    }
+    });
     if (available.empty()) {
         return QMDB_OK;
     }

@@ -1,5 +1,7 @@
 #include "format/paths.h"
 
+#include "format/vocabulary.h"
+
 #include <algorithm>
 
 namespace format {
@@ -7,6 +9,21 @@ namespace format {
 namespace {
 
 constexpr std::string_view separators = "/\\";
+
+struct SeriesParts {
+    std::string_view prefix;
+    std::string_view extension; ///< empty for directories
+};
+
+/// In the order of the enumeration.
+constexpr SeriesParts allSeries[] = { { substancePrefix, {} }, { phasePrefix, {} }, { phaseChangePrefix, {} },
+    { headPrefix, headExtension } };
+static_assert(std::size(allSeries) == seriesCount);
+
+const SeriesParts& partsOf(Series series) noexcept
+{
+    return allSeries[static_cast<std::size_t>(series)];
+}
 
 } // namespace
 
@@ -60,8 +77,9 @@ bool hasExtension(std::string_view name, std::string_view extension) noexcept
         && std::equal(extension.rbegin(), extension.rend(), name.rbegin()); // mostly the last differs
 }
 
-std::string numberedName(std::string_view prefix, std::size_t number, std::string_view extension)
+std::string numberedName(Series series, std::size_t number)
 {
+    const auto& [prefix, extension] = partsOf(series);
     std::string name(prefix);
     name += std::to_string(number);
     if (!extension.empty()) {
@@ -70,9 +88,9 @@ std::string numberedName(std::string_view prefix, std::size_t number, std::strin
     return name;
 }
 
-std::optional<std::size_t> numberOf(
-    std::string_view name, std::string_view prefix, std::string_view extension) noexcept
+std::optional<std::size_t> numberOf(std::string_view name, Series series) noexcept
 {
+    const auto& [prefix, extension] = partsOf(series);
     if (!name.starts_with(prefix)) {
         return std::nullopt;
     }

@@ -34,11 +34,14 @@ std::string_view scannedPath(std::string_view directory) noexcept;
 /// splitPath(name).ext == extension, faster.
 bool hasExtension(std::string_view name, std::string_view extension) noexcept;
 
-/// `prefix`, the number and, unless it is empty, "." and `extension`: the name of a new directory or file.
-std::string numberedName(std::string_view prefix, std::size_t number, std::string_view extension);
+/// The series of names that new directories and files get.
+enum class Series { Substances, Phases, PhaseChanges, Heads };
+inline constexpr std::size_t seriesCount = 4;
+
+/// The name of a new directory or file: prefix, number and, for a file, "." and extension.
+std::string numberedName(Series series, std::size_t number);
 
 /// The number of a name that numberedName() may have made; none for every other name.
-std::optional<std::size_t> numberOf(
-    std::string_view name, std::string_view prefix, std::string_view extension) noexcept;
+std::optional<std::size_t> numberOf(std::string_view name, Series series) noexcept;
 
 } // namespace format

@@ -13,7 +13,6 @@ int CHeadMap::load(CDirectory& directory, const CLog& log, const LoadMessages& m
 int CHeadMap::list(PARAMETER*& params, int& count) const
 {
     return listRecords(heads_, params, count, [](const CParameterData& head, PARAMETER& record) {
-        record.id = head.getID();
         record.type = head.getType();
         record.vector = head.isVector();
     });

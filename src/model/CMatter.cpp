@@ -4,16 +4,7 @@
 #include "format/vocabulary.h"
 #include "model/lists.h"
 
-#include <algorithm>
-
 namespace {
-
-template <class Entity>
-bool hasName(const CIdMap<Entity>& entities, std::string_view name)
-{
-    return std::ranges::any_of(
-        entities, [name](const auto& entry) { return entry.object.getName() == name; });
-}
 
 template <class Owner>
 int listParams(const CIdMap<Owner>& owners, long ownerId, PARAMETER*& params, int& count)
@@ -36,7 +27,6 @@ int readValue(const CIdMap<Owner>& owners, long ownerId, long paramId, IDbData*&
 int CMatter::getPhases(PHASE*& records, int& count) const
 {
     return listRecords(phases, records, count, [](const CPhase& phase, PHASE& record) {
-        record.id = phase.getID();
         format::copyWStringToWtchar(phase.getName(), record.name);
         record.aggreg = phase.getAggreg();
     });
@@ -45,7 +35,6 @@ int CMatter::getPhases(PHASE*& records, int& count) const
 int CMatter::getPhaseChanges(PHASECHANGE*& records, int& count) const
 {
     return listRecords(phaseChanges, records, count, [](const CPhaseChange& change, PHASECHANGE& record) {
-        record.id = change.getID();
         format::copyWStringToWtchar(change.getName(), record.name);
         record.phase1 = change.getPhase1();
         record.phase2 = change.getPhase2();
@@ -73,12 +62,12 @@ int CMatter::getParamValue(long phaseId, long phaseChangeId, long paramId, IDbDa
     return heads.getParamData(paramId, value);
 }
 
-bool CMatter::isPhaseNamePresent(std::string_view name) const
+bool CMatter::isPhaseNamePresent(std::string_view name)
 {
-    return hasName(phases, name);
+    return phaseNames.contains(phases, name);
 }
 
-bool CMatter::isPhaseChangeNamePresent(std::string_view name) const
+bool CMatter::isPhaseChangeNamePresent(std::string_view name)
 {
-    return hasName(phaseChanges, name);
+    return phaseChangeNames.contains(phaseChanges, name);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/CNames.h"
 #include "model/CPhase.h"
 #include "model/CPhaseChange.h"
 
@@ -36,12 +37,14 @@ public:
     /// The substance's own parameter when both IDs are -1, else the phase's, else the phase change's.
     int getParamValue(long phaseId, long phaseChangeId, long paramId, IDbData*& value) const;
 
-    bool isPhaseNamePresent(std::string_view name) const;
-    bool isPhaseChangeNamePresent(std::string_view name) const;
+    bool isPhaseNamePresent(std::string_view name);
+    bool isPhaseChangeNamePresent(std::string_view name);
 
     CHeadMap heads;
     CIdMap<CPhase> phases;
     CIdMap<CPhaseChange> phaseChanges;
+    CNames phaseNames;
+    CNames phaseChangeNames;
     long maxPhaseId = -1;
     long maxPhaseChangeId = -1;
 

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-/// Makes a caller's array of records, one for each object; -9 when there is none. On failure the outputs
-/// stay as they are.
+/// Makes a caller's array of records with IDs, one for each object, the rest of which `fill` fills; -9 when
+/// there is none. On failure the outputs stay as they are.
 template <class Object, class Record, class Fill>
 int listRecords(const CIdMap<Object>& objects, Record*& records, int& count, Fill&& fill)
 {
@@ -15,9 +15,10 @@ int listRecords(const CIdMap<Object>& objects, Record*& records, int& count, Fil
     }
     auto array = std::make_unique<Record[]>(objects.size());
     Record* record = array.get();
-    for (const auto& [id, object] : objects) {
+    objects.forEach([&](long id, const Object& object) {
+        record->id = id;
         fill(object, *record++);
-    }
+    });
     count = static_cast<int>(objects.size());
     records = array.release();
     return QMDB_OK;

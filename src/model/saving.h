@@ -10,11 +10,13 @@
 template <class Object>
 int saveAndInsert(CIdMap<Object>& objects, Object object, const CDirectory& directory)
 {
-    objects.reserveOne(); // first, so that what stands on the disk also stands in the map
+    // Room is made first, so that what stands on the disk also stands in the map.
+    objects.prepare();
     const long id = object.getID();
-    const int code = object.saveFile(directory);
+    typename CIdMap<Object>::Node node(id, std::move(object));
+    const int code = node.object().saveFile(directory);
     if (code == QMDB_OK) {
-        objects.insert(id, std::move(object));
+        objects.insert(std::move(node));
     }
     return code;
 }

@@ -40,6 +40,7 @@ bool CQMDirectoryScanner::GetNext() noexcept
         if (!isSelfOrParent(entry.d_name)) {
             name_ = entry.d_name;
             kind_ = kindOf(entry);
+            mayBeLink_ = entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
             return true;
         }
     }

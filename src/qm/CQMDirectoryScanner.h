@@ -22,6 +22,8 @@ public:
     const char* name() const noexcept { return name_; }
     /// True for a directory and a link to one; block devices and sockets count as directories too.
     bool isDirectory() const noexcept { return kind_ == Kind::Directory; }
+    /// True for a link, whatever it leads to, and for what the file system does not tell apart from one.
+    bool mayBeLink() const noexcept { return mayBeLink_; }
     /// True for a link to nothing.
     bool isMissing() const noexcept { return kind_ == Kind::Missing; }
 
@@ -37,6 +39,7 @@ private:
     int error_ = 0;
     const char* name_ = nullptr;
     Kind kind_ = Kind::Missing;
+    bool mayBeLink_ = false;
     std::size_t at_ = 0;
     std::size_t end_ = 0;
     alignas(dirent64) std::array<char, 32768> buffer_;

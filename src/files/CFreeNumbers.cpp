@@ -1,0 +1,28 @@
+#include "files/CFreeNumbers.h"
+
+bool CFreeNumbers::isTaken(std::size_t number) const
+{
+    return number < end_ ? !gaps_.contains(number) : beyond_.contains(number);
+}
+
+void CFreeNumbers::take(std::size_t number)
+{
+    if (number < end_) {
+        gaps_.erase(number);
+    } else if (number > end_) {
+        beyond_.insert(number);
+    } else {
+        do {
+            ++end_;
+        } while (beyond_.erase(end_) > 0);
+    }
+}
+
+void CFreeNumbers::release(std::size_t number)
+{
+    if (number < end_) {
+        gaps_.insert(number);
+    } else {
+        beyond_.erase(number);
+    }
+}
