@@ -1,6 +1,12 @@
-#include "command.h"
-#include "failure.h"
-#include "text.h"
+#include "commands/add.h"
+#include "commands/check.h"
+#include "commands/export.h"
+#include "commands/get.h"
+#include "commands/list.h"
+#include "commands/new.h"
+#include "commands/plot.h"
+#include "common/encodings.h"
+#include "common/failure.h"
 
 #include <algorithm>
 #include <clocale>

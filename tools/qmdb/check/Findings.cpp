@@ -1,6 +1,6 @@
 #include "check/Findings.h"
 
-#include "text.h"
+#include "common/encodings.h"
 
 #include <algorithm>
 

@@ -1,5 +1,6 @@
 #include "check/data.h"
 
+#include "check/dataFile.h"
 #include "check/listing.h"
 
 #include "qm/CQMFileSystem.h"

@@ -1,4 +1,4 @@
-#include "check/data.h"
+#include "check/dataFile.h"
 
 #include "files/conversions.h"
 #include "files/descriptorLine.h"

@@ -1,6 +1,6 @@
 #include "check/keys.h"
 
-#include "names.h"
+#include "common/names.h"
 
 #include <algorithm>
 #include <charconv>
