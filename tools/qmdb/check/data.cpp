@@ -2,6 +2,7 @@
 
 #include "check/dataFile.h"
 #include "check/listing.h"
+#include "common/shown.h"
 
 #include "qm/CQMFileSystem.h"
 

@@ -1,5 +1,7 @@
 #include "check/dataFile.h"
 
+#include "common/shown.h"
+
 #include "files/conversions.h"
 #include "files/descriptorLine.h"
 #include "qmdatabase/records.h"

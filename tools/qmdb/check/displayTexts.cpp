@@ -1,6 +1,7 @@
 #include "check/displayTexts.h"
 
 #include "common/encodings.h"
+#include "common/shown.h"
 
 #include <fmt/format.h>
 #include <map>

@@ -1,11 +1,15 @@
 #include "check/mixtures.h"
 
-#include "common/names.h"
+#include "common/numbers.h"
+#include "common/shown.h"
 
 #include "database/composition.h"
 #include "files/conversions.h"
 
+#include <algorithm>
 #include <fmt/format.h>
+#include <set>
+#include <vector>
 
 namespace tool::check {
 

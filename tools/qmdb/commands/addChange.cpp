@@ -1,6 +1,7 @@
 #include "commands/addChange.h"
 
 #include "common/names.h"
+#include "database/DatabaseLock.h"
 #include "input/recordTexts.h"
 #include "output/Output.h"
 
@@ -18,6 +19,7 @@ struct ChangeOptions {
 
 int runAddChange(const ChangeOptions& options)
 {
+    const DatabaseLock lock(options.location.directory);
     Database database(options.location);
     const Substance substance = choose(database.substances(), options.substance, "substance");
     const auto phases = database.phases(substance.id);
@@ -43,10 +45,18 @@ void addChangeCommand(CLI::App& add, Action& action)
     const auto options = std::make_shared<ChangeOptions>();
     CLI::App* command
         = addCommand(add, action, "change", "Add a phase change to a substance", options, runAddChange);
-    command->add_option("SUBSTANCE", options->substance, "Substance, by name or number")->required();
+    command->add_option("SUBSTANCE", options->substance, "Substance, by name or number")
+        ->required()
+        ->check(notEmpty());
     command->add_option("NAME", options->name, "Name of the new phase change")->required();
-    command->add_option("--from", options->from, "Phase before the change")->required()->type_name("PHASE");
-    command->add_option("--to", options->to, "Phase after the change")->required()->type_name("PHASE");
+    command->add_option("--from", options->from, "Phase before the change")
+        ->required()
+        ->type_name("PHASE")
+        ->check(notEmpty());
+    command->add_option("--to", options->to, "Phase after the change")
+        ->required()
+        ->type_name("PHASE")
+        ->check(notEmpty());
 }
 
 } // namespace tool

@@ -3,10 +3,17 @@
 #include "commands/owners.h"
 #include "common/encodings.h"
 #include "common/names.h"
+#include "common/numbers.h"
+#include "common/shown.h"
+#include "database/DatabaseLock.h"
 #include "database/valueObjects.h"
 #include "input/tableRows.h"
 #include "output/Output.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fmt/ranges.h>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -21,7 +28,7 @@ struct ParameterOptions {
     std::string phase;
     std::string parameter;
     std::string type;
-    std::vector<double> value;
+    std::vector<std::string> value;
     std::string file;
 };
 
@@ -57,10 +64,20 @@ long chooseDescribed(const Database& database, const std::string& wanted)
     try {
         return choose(choices, wanted, "parameter").id;
     } catch (const Failure& failure) {
-        throw Failure("{}\nqmdb: a description that no phase may take is known by its number only, "
+        throw Failure("{}\na description that no phase may take is known by its number only, "
                       "until something has the parameter",
             failure.what());
     }
+}
+
+double numberOfOption(const std::string& text)
+{
+    const auto number = asFiniteNumber(text);
+    if (!number) {
+        throw Failure(
+            "--value takes finite numbers, and {} is none; it is the last option on the line", shown(text));
+    }
+    return *number;
 }
 
 Table tableOfOptions(const ParameterOptions& options)
@@ -72,7 +89,7 @@ Table tableOfOptions(const ParameterOptions& options)
         Table table;
         table.components = options.value.size();
         table.points.resize(1);
-        std::ranges::copy(options.value, table.points.front().components.begin());
+        std::ranges::transform(options.value, table.points.front().components.begin(), numberOfOption);
         return table;
     }
     if (options.file == "-") {
@@ -80,7 +97,7 @@ Table tableOfOptions(const ParameterOptions& options)
     }
     std::ifstream input(toLocale(options.file));
     if (!input) {
-        throw Failure("cannot read \"{}\"", options.file);
+        throw Failure("cannot read \"{}\": {}", options.file, std::strerror(errno));
     }
     return tableOf(readRows(input, options.file), options.file);
 }
@@ -101,6 +118,7 @@ PARAM_TYPE typeOf(const ParameterOptions& options, const Table& table)
 int runAddParameter(const ParameterOptions& options)
 {
     const Table table = tableOfOptions(options);
+    const DatabaseLock lock(options.location.directory);
     Database database(options.location);
     const Substance substance = choose(database.substances(), options.substance, "substance");
     Owner owner;
@@ -137,11 +155,16 @@ void addParameterCommand(CLI::App& add, Action& action)
     const auto options = std::make_shared<ParameterOptions>();
     CLI::App* command = addCommand(
         add, action, "parameter", "Add a parameter to a substance or to a phase", options, runAddParameter);
-    command->add_option("SUBSTANCE", options->substance, "Substance, by name or number")->required();
-    command->add_option("PARAMETER", options->parameter, "Parameter, by name or number")->required();
+    command->add_option("SUBSTANCE", options->substance, "Substance, by name or number")
+        ->required()
+        ->check(notEmpty());
+    command->add_option("PARAMETER", options->parameter, "Parameter, by name or number")
+        ->required()
+        ->check(notEmpty());
     command
         ->add_option("--phase", options->phase, "Phase, by name or number; without it the substance itself")
-        ->type_name("PHASE");
+        ->type_name("PHASE")
+        ->check(notEmpty());
     command
         ->add_option("--type", options->type,
             "C constant, t or p table of one argument, T or X of two; by default C, t or T")
@@ -154,7 +177,8 @@ void addParameterCommand(CLI::App& add, Action& action)
         ->add_option("--file", options->file,
             "A table: rows of argument(s) and value, or three components, in CSV or between blanks; - is "
             "standard input")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(notEmpty());
     input->require_option(1);
 }
 

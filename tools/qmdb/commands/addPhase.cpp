@@ -2,6 +2,7 @@
 
 #include "commands/phaseOptions.h"
 #include "common/names.h"
+#include "database/DatabaseLock.h"
 
 namespace tool {
 
@@ -15,8 +16,9 @@ struct PhaseCommandOptions {
 
 int runAddPhase(const PhaseCommandOptions& options)
 {
-    Database database(options.location);
     const std::vector<PHASE> phases = phaseRecords(options.phases);
+    const DatabaseLock lock(options.location.directory);
+    Database database(options.location);
     const Substance substance = choose(database.substances(), options.substance, "substance");
     Output output;
     addPhases(database, substance.id, phases, output);
@@ -30,7 +32,9 @@ void addPhaseCommand(CLI::App& add, Action& action)
 {
     const auto options = std::make_shared<PhaseCommandOptions>();
     CLI::App* command = addCommand(add, action, "phase", "Add phases to a substance", options, runAddPhase);
-    command->add_option("SUBSTANCE", options->substance, "Substance, by name or number")->required();
+    command->add_option("SUBSTANCE", options->substance, "Substance, by name or number")
+        ->required()
+        ->check(notEmpty());
     addPhaseOptions(*command, options->phases);
 }
 

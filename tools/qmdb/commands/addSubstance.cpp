@@ -2,9 +2,12 @@
 
 #include "commands/phaseOptions.h"
 #include "common/names.h"
+#include "common/numbers.h"
+#include "database/DatabaseLock.h"
 #include "input/recordTexts.h"
 
-#include <charconv>
+#include <algorithm>
+#include <optional>
 
 namespace tool {
 
@@ -22,13 +25,13 @@ struct SubstanceOptions {
 COMPONENT componentOf(const std::vector<Substance>& substances, const std::string& text)
 {
     const std::size_t colon = text.rfind(':');
-    double fraction = 0;
-    const char* begin = text.data() + (colon == std::string::npos ? text.size() : colon + 1);
-    const auto [end, error] = std::from_chars(begin, text.data() + text.size(), fraction);
-    if (error != std::errc() || end != text.data() + text.size() || !(fraction > 0)) {
+    const auto fraction = colon == std::string::npos
+        ? std::nullopt
+        : asFiniteNumber(std::string_view(text).substr(colon + 1));
+    if (!fraction || !(*fraction > 0)) {
         throw Failure("\"{}\" is no component: write SUBSTANCE:FRACTION with a fraction above 0", text);
     }
-    return { choose(substances, text.substr(0, colon), "substance").id, fraction };
+    return { choose(substances, text.substr(0, colon), "substance").id, *fraction };
 }
 
 std::vector<COMPONENT> compositionOf(
@@ -37,7 +40,11 @@ std::vector<COMPONENT> compositionOf(
     std::vector<COMPONENT> composition;
     double sum = 0;
     for (const std::string& text : texts) {
-        composition.push_back(componentOf(substances, text));
+        const COMPONENT component = componentOf(substances, text);
+        if (std::ranges::count(composition, component.matterId, &COMPONENT::matterId) > 0) {
+            throw Failure("\"{}\": this component is named twice", text);
+        }
+        composition.push_back(component);
         sum += composition.back().molarFraction;
     }
     if (texts.size() == 1) {
@@ -52,8 +59,9 @@ std::vector<COMPONENT> compositionOf(
 
 int runAddSubstance(const SubstanceOptions& options)
 {
-    Database database(options.location);
     const std::vector<PHASE> phases = phaseRecords(options.phases);
+    const DatabaseLock lock(options.location.directory);
+    Database database(options.location);
     auto composition = compositionOf(database.substances(), options.components);
     MATTER record {};
     setName(record.name, options.name, "the name");

@@ -79,7 +79,7 @@ std::string reportJson(const CheckOptions& options, const check::Context& contex
 
 int runCheck(const CheckOptions& options)
 {
-    requireDatabaseDirectory(options.directory);
+    requireDatabase(options.directory);
     check::Findings findings;
     check::Context context { options.directory, findings };
     const check::Tree tree = readTree(context);
@@ -102,7 +102,9 @@ void addCheckCommand(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App* command = app.add_subcommand("check", "Find every fault of a database in one run");
-    command->add_option("DIR", options->directory, "Directory of the database")->required();
+    command->add_option("DIR", options->directory, "Directory of the database")
+        ->required()
+        ->check(notEmpty());
     command->add_flag("--json", options->json, "As JSON");
     command->callback([&action, options] { action = [options] { return runCheck(*options); }; });
 }

@@ -1,9 +1,12 @@
 #include "commands/export.h"
 
+#include "check/ValueFiles.h"
+#include "commands/misreadings.h"
 #include "commands/owners.h"
 #include "output/Progress.h"
 #include "output/SqliteExporter.h"
 #include "output/TidyExporter.h"
+#include "output/referredNames.h"
 
 namespace tool {
 
@@ -14,8 +17,8 @@ struct ExportOptions {
     bool csv = false;
     bool jsonLines = false;
     bool json = false;
-    std::string sqlite;
-    std::string file;
+    std::string sqlite; ///< empty when not given
+    std::string file; ///< empty for standard output
 };
 
 std::unique_ptr<Exporter> makeExporter(const ExportOptions& options)
@@ -27,42 +30,68 @@ std::unique_ptr<Exporter> makeExporter(const ExportOptions& options)
     return asJson ? exportJson(options.file, options.json) : exportCsv(options.file);
 }
 
-/// Hands one substance over; false when some value cannot be read.
-bool exportSubstance(const Database& database, const Substance& substance, Exporter& exporter)
-{
-    bool whole = true;
-    exporter.addSubstance(substance);
-    for (const Owner& owner : database.owners(substance.id)) {
-        exporter.addOwner(substance, owner);
-        for (const Parameter& parameter : database.parameters(substance.id, owner)) {
-            try {
-                const Table table = database.value(substance.id, owner, parameter.id);
-                exporter.addValue(substance, owner, parameter, table);
-            } catch (const UnreadableValue& failure) {
-                fmt::print(stderr, "qmdb: {} of {} is left out: {}\n", parameter.name,
-                    ownerText(substance, owner), failure.what());
-                whole = false;
+/// Exports a database, substance by substance.
+class Export {
+public:
+    explicit Export(const ExportOptions& options)
+        : database_(options.location)
+        , files_(options.location.directory)
+        , substances_(database_.substances())
+        , exporter_(makeExporter(options))
+    {
+    }
+
+    /// False when some value cannot be read.
+    bool run()
+    {
+        {
+            Progress progress(substances_.size());
+            for (const Substance& substance : substances_) {
+                addSubstance(substance);
+                progress.step();
+            }
+        }
+        exporter_->finish();
+        return whole_;
+    }
+
+private:
+    void addSubstance(const Substance& substance)
+    {
+        exporter_->addSubstance(substance, compositionText(substance, substances_));
+        for (const Owner& owner : database_.owners(substance.id)) {
+            exporter_->addOwner(substance, owner);
+            for (const Parameter& parameter : database_.parameters(substance.id, owner)) {
+                addValue(substance, owner, parameter);
             }
         }
     }
-    return whole;
-}
+
+    void addValue(const Substance& substance, const Owner& owner, const Parameter& parameter)
+    {
+        try {
+            const Table table = database_.value(substance.id, owner, parameter.id);
+            const check::ValueNotes notes = files_.notes(substance.id, owner, parameter.id);
+            warnOfMisreadings(notes, substance, owner, parameter);
+            exporter_->addValue({ substance, compositionText(substance, substances_), owner, parameter, table,
+                notes.comments });
+        } catch (const UnreadableValue& failure) {
+            fmt::print(stderr, "qmdb: warning: {} of {} is left out: {}\n", parameter.name,
+                ownerText(substance, owner), failure.what());
+            whole_ = false;
+        }
+    }
+
+    Database database_;
+    check::ValueFiles files_;
+    std::vector<Substance> substances_;
+    std::unique_ptr<Exporter> exporter_;
+    bool whole_ = true;
+};
 
 int runExport(const ExportOptions& options)
 {
-    const Database database(options.location);
-    const std::vector<Substance> substances = database.substances();
-    const auto exporter = makeExporter(options);
-    bool whole = true;
-    {
-        Progress progress(substances.size());
-        for (const Substance& substance : substances) {
-            whole = exportSubstance(database, substance, *exporter) && whole;
-            progress.step();
-        }
-    }
-    exporter->finish();
-    return whole ? ExitDone : ExitFindings;
+    return Export(options).run() ? ExitDone : ExitFindings;
 }
 
 } // namespace
@@ -71,7 +100,7 @@ void addExportCommand(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<ExportOptions>();
     CLI::App* command = addCommand(
-        app, action, "export", "Hand on the whole database, one row a number", options, runExport);
+        app, action, "export", "Write out the whole database, one row a number", options, runExport);
     auto* form = command->add_option_group("Form", "CSV unless one of these is given");
     form->add_flag("--csv", options->csv, "CSV with a head line");
     form->add_flag("--jsonl", options->jsonLines, "JSON lines: one object a row");
@@ -79,9 +108,10 @@ void addExportCommand(CLI::App& app, Action& action)
     auto* sqlite
         = form->add_option("--sqlite", options->sqlite, "A new SQLite file with tables, keys and indexes");
     form->require_option(0, 1);
-    sqlite->type_name("FILE");
+    sqlite->type_name("FILE")->check(notEmpty());
     command->add_option("-o,--output", options->file, "Write to this file, not to standard output")
         ->type_name("FILE")
+        ->check(notEmpty())
         ->excludes(sqlite);
 }
 

@@ -1,5 +1,7 @@
 #include "commands/get.h"
 
+#include "check/ValueFiles.h"
+#include "commands/misreadings.h"
 #include "commands/owners.h"
 #include "common/names.h"
 #include "output/Output.h"
@@ -57,6 +59,8 @@ int runGet(const GetOptions& options)
     const Owner owner = chooseOwners(database, substance, options.owner).front();
     const Parameter parameter = chooseParameter(database, substance, owner, options.parameter);
     const Table table = database.value(substance.id, owner, parameter.id);
+    check::ValueFiles files(options.location.directory, substance.id);
+    warnOfMisreadings(files.notes(substance.id, owner, parameter.id), substance, owner, parameter);
     Output output;
     if (options.json) {
         output.print("{}\n", valueJson(substance, owner, parameter, table));
@@ -75,8 +79,12 @@ void addGetCommand(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<GetOptions>();
     CLI::App* command = addCommand(app, action, "get", "Show the value of a parameter", options, runGet);
-    command->add_option("SUBSTANCE", options->substance, "Substance, by name or number")->required();
-    command->add_option("PARAMETER", options->parameter, "Parameter, by name or number")->required();
+    command->add_option("SUBSTANCE", options->substance, "Substance, by name or number")
+        ->required()
+        ->check(notEmpty());
+    command->add_option("PARAMETER", options->parameter, "Parameter, by name or number")
+        ->required()
+        ->check(notEmpty());
     addOwnerOptions(*command, options->owner);
     command->get_option("--phase")->expected(1);
     command->get_option("--change")->expected(1);

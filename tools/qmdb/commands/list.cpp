@@ -96,7 +96,8 @@ void addListCommand(CLI::App& app, Action& action)
     const auto options = std::make_shared<ListOptions>();
     CLI::App* command = addCommand(app, action, "list",
         "Show substances with their phases, phase changes and parameters", options, runList);
-    command->add_option("SUBSTANCE", options->substance, "Only this substance, by name or number");
+    command->add_option("SUBSTANCE", options->substance, "Only this substance, by name or number")
+        ->check(notEmpty());
     command->add_flag("--json", options->json, "As JSON");
 }
 

@@ -2,6 +2,7 @@
 
 #include "commands/commonParameters.h"
 #include "common/encodings.h"
+#include "database/DatabaseLock.h"
 #include "output/Output.h"
 #include "output/columns.h"
 
@@ -89,22 +90,27 @@ void writeFile(const std::filesystem::path& path, std::string_view text)
     }
 }
 
-std::filesystem::path makeEmptyDirectory(const std::string& name)
+std::filesystem::path makeDirectory(const std::string& name)
 {
     const std::filesystem::path path = toLocale(name);
     if (std::filesystem::exists(path) && !std::filesystem::is_directory(path)) {
         throw Failure("\"{}\" is a file", name);
     }
-    std::filesystem::create_directories(path);
-    if (!std::filesystem::is_empty(path)) {
-        throw Failure("\"{}\" is not empty", name);
+    std::error_code failure;
+    std::filesystem::create_directories(path, failure);
+    if (failure) {
+        throw Failure("cannot make \"{}\": {}", name, failure.message());
     }
     return path;
 }
 
 int runNew(const NewOptions& options)
 {
-    const std::filesystem::path directory = makeEmptyDirectory(options.directory);
+    const std::filesystem::path directory = makeDirectory(options.directory);
+    const DatabaseLock lock(options.directory);
+    if (!std::filesystem::is_empty(directory)) {
+        throw Failure("\"{}\" is not empty", options.directory);
+    }
     writeFile(directory / "README.txt", readmeText());
     writeFile(directory / "default.lst", tableText(false));
     writeFile(directory / "strings.lst", tableText(true));
@@ -126,7 +132,8 @@ void addNewCommand(CLI::App& app, Action& action)
     CLI::App* command
         = app.add_subcommand("new", "Make an empty database with common parameter descriptions");
     command->add_option("DIR", options->directory, "Directory to make; it may exist when it is empty")
-        ->required();
+        ->required()
+        ->check(notEmpty());
     command->callback([&action, options] { action = [options] { return runNew(*options); }; });
 }
 

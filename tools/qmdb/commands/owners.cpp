@@ -1,6 +1,10 @@
 #include "commands/owners.h"
 
+#include "commands/subcommand.h"
 #include "common/names.h"
+
+#include <algorithm>
+#include <fmt/ranges.h>
 
 namespace tool {
 
@@ -43,8 +47,8 @@ void addOwnerOptions(CLI::App& command, OwnerOptions& options)
 {
     auto* phase = command.add_option("--phase", options.phases, "Phase, by name or number");
     auto* change = command.add_option("--change", options.changes, "Phase change, by name or number");
-    phase->type_name("PHASE")->allow_extra_args(false);
-    change->type_name("CHANGE")->allow_extra_args(false)->excludes(phase);
+    phase->type_name("PHASE")->allow_extra_args(false)->check(notEmpty());
+    change->type_name("CHANGE")->allow_extra_args(false)->check(notEmpty())->excludes(phase);
 }
 
 std::vector<Owner> chooseOwners(
@@ -70,8 +74,8 @@ Parameter chooseParameter(
         return choose(database.parameters(substance.id, owner), wanted, kind);
     } catch (const Failure& failure) {
         const auto options = optionsElsewhere(database, substance, owner, wanted);
-        throw Failure("{}{}{}", failure.what(),
-            options.empty() ? "" : "\nqmdb: there is such a parameter with ", fmt::join(options, ", "));
+        throw Failure("{}{}{}", failure.what(), options.empty() ? "" : "\nthere is such a parameter with ",
+            fmt::join(options, ", "));
     }
 }
 

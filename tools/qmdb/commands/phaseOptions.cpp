@@ -1,6 +1,7 @@
 #include "commands/phaseOptions.h"
 
 #include "common/encodings.h"
+#include "common/failure.h"
 #include "common/names.h"
 #include "input/recordTexts.h"
 

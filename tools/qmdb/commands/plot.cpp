@@ -1,9 +1,14 @@
 #include "commands/plot.h"
 
+#include "check/ValueFiles.h"
+#include "commands/misreadings.h"
 #include "commands/owners.h"
 #include "common/names.h"
 #include "output/gnuplot.h"
 
+#include <algorithm>
+#include <cmath>
+#include <functional>
 #include <set>
 
 namespace tool {
@@ -32,8 +37,10 @@ std::vector<Drawn> readValues(const Database& database, const PlotOptions& optio
     std::vector<Drawn> values;
     for (auto name = options.names.begin(); name + 1 != options.names.end(); ++name) {
         const Substance substance = choose(all, *name, "substance");
+        check::ValueFiles files(options.location.directory, substance.id);
         for (const Owner& owner : chooseOwners(database, substance, options.owner)) {
             const Parameter parameter = chooseParameter(database, substance, owner, options.names.back());
+            warnOfMisreadings(files.notes(substance.id, owner, parameter.id), substance, owner, parameter);
             values.push_back(
                 { substance, owner, parameter, database.value(substance.id, owner, parameter.id) });
         }
@@ -54,6 +61,29 @@ void requireOneKind(const std::vector<Drawn>& values)
                 ownerText(values.front().substance, values.front().owner), typeText(first.type),
                 ownerText(drawn.substance, drawn.owner), typeText(drawn.parameter.type));
         }
+    }
+}
+
+bool isFinite(const Table& table, const Point& point)
+{
+    return std::ranges::all_of(numbersOf(table, point), [](double number) { return std::isfinite(number); });
+}
+
+/// Tells of points that no picture can show.
+void reportGaps(const Drawn& drawn)
+{
+    const auto drawable = [&](const Point& point) { return isFinite(drawn.table, point); };
+    const auto& points = drawn.table.points;
+    const auto gaps = std::ranges::count_if(points, std::not_fn(drawable));
+    const std::string what
+        = fmt::format("{} of {}", drawn.parameter.name, ownerText(drawn.substance, drawn.owner));
+    if (std::ranges::none_of(points, drawable)) {
+        throw Failure("{} has no point with finite numbers: there is no curve to draw", what);
+    }
+    if (gaps > 0) {
+        fmt::print(stderr,
+            "qmdb: note: {}: {} of {} points have numbers that are not finite and leave gaps\n", what, gaps,
+            points.size());
     }
 }
 
@@ -144,6 +174,7 @@ int runPlot(const PlotOptions& options)
     const Database database(options.location);
     const std::vector<Drawn> values = readValues(database, options);
     requireOneKind(values);
+    std::ranges::for_each(values, reportGaps);
     draw(pictureOf(values), options.file);
     return ExitDone;
 }
@@ -157,13 +188,15 @@ void addPlotCommand(CLI::App& app, Action& action)
     command
         ->add_option(
             "NAME", options->names, "Substances to compare, and last the parameter, by name or number")
+        ->check(notEmpty())
         ->required()
         ->expected(-2); // two or more
     addOwnerOptions(*command, options->owner);
     command
         ->add_option("-o,--output", options->file,
             "Picture file with the extension .svg, .png or .pdf; without it the terminal")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(notEmpty());
 }
 
 } // namespace tool

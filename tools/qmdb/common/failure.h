@@ -13,7 +13,7 @@ enum ExitStatus : int {
     ExitFailed = 2, ///< what was asked for could not be done
 };
 
-/// Ends the command with a message on standard error and ExitFailed.
+/// Ends the command with a message on standard error.
 class Failure : public std::runtime_error {
 public:
     explicit Failure(const std::string& message)
@@ -27,6 +27,15 @@ public:
         : std::runtime_error(fmt::format(format, std::forward<Arguments>(arguments)...))
     {
     }
+
+    virtual ExitStatus status() const noexcept { return ExitFailed; }
+};
+
+/// There is no database where one should be.
+class NoDatabase : public Failure {
+public:
+    using Failure::Failure;
+    ExitStatus status() const noexcept override { return ExitFindings; }
 };
 
 /// A value that cannot be read; the rest of the database can.

@@ -2,12 +2,13 @@
 
 #include "common/encodings.h"
 #include "common/failure.h"
+#include "common/numbers.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cwctype>
 #include <fmt/ranges.h>
 #include <numeric>
+#include <optional>
 
 namespace tool {
 
@@ -114,14 +115,6 @@ std::size_t chooseIndex(const std::vector<Choice>& choices, std::string_view wan
         throw Failure("\"{}\" is the name of several: {}; give the number", wanted, fmt::join(labels, ", "));
     }
     return found.front();
-}
-
-std::optional<long> asWholeNumber(std::string_view text)
-{
-    long number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool whole = error == std::errc() && end == text.data() + text.size();
-    return whole ? std::optional(number) : std::nullopt;
 }
 
 std::string lowerCase(std::string_view utf8)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,9 +26,6 @@ const Named& choose(const std::vector<Named>& all, std::string_view wanted, std:
     }
     return all[chooseIndex(choices, wanted, kind)];
 }
-
-/// A text that is a whole number and nothing else.
-std::optional<long> asWholeNumber(std::string_view text);
 
 std::string lowerCase(std::string_view utf8);
 

@@ -1,9 +1,15 @@
 #include "database/Database.h"
 
 #include "common/encodings.h"
+#include "common/failure.h"
+#include "database/statusText.h"
 
-#include <filesystem>
+#include <algorithm>
+#include <fmt/ranges.h>
+#include <memory>
 #include <span>
+
+#include "qmdatabase/QMNative.h"
 
 namespace tool {
 
@@ -56,92 +62,28 @@ bool isMissingTable(std::string_view line)
     return line.starts_with("Cannot open file: ") && line.ends_with(".lst");
 }
 
-Value wrap(IDbData* value)
-{
-    return { value, [](const IDbData* handedOut) {
-                auto* writable = const_cast<IDbData*>(handedOut);
-                qmdbDestroyParameterData(&writable);
-            } };
-}
+/// Gives a value back to the library.
+struct Release {
+    void operator()(IDbData* value) const { qmdbDestroyParameterData(&value); }
+};
 
 } // namespace
 
-void requireDatabaseDirectory(const std::string& directory)
-{
-    if (!std::filesystem::is_directory(toLocale(directory))) {
-        throw Failure("\"{}\" is not a directory", directory);
-    }
-}
-
-std::string_view statusText(int status)
-{
-    switch (status) {
-    case QMDB_E_FIRST_ARGUMENT:
-    case QMDB_E_NUMBER:
-        return "a text is not a number, or arguments do not increase";
-    case QMDB_E_NOT_FOUND:
-        return "it does not exist, or its type is none that the library knows";
-    case QMDB_E_NO_DATA_FILE:
-        return "the data file does not exist";
-    case QMDB_E_FILE:
-        return "a file cannot be opened or written, or a directory holds several descriptors of a kind";
-    case QMDB_E_READ:
-        return "a file cannot be read, or a line is too long";
-    case QMDB_E_EMPTY:
-        return "there is nothing in it";
-    case QMDB_E_REQUIRED_KEY:
-        return "a descriptor lacks a required key";
-    case QMDB_E_FORMAT:
-        return "a composition or a row of a data file is laid out wrongly";
-    case QMDB_E_DUPLICATE_NAME:
-        return "the name is taken";
-    case QMDB_E_UNKNOWN_PARAMETER:
-        return "no description has this parameter number";
-    case QMDB_E_TYPE_NOT_ALLOWED:
-        return "the parameter's description does not allow this type";
-    case QMDB_E_VECTOR_NOT_ALLOWED:
-        return "the parameter's description does not allow this form (scalar or vector)";
-    case QMDB_E_DUPLICATE_PARAMETER:
-        return "the parameter is there already";
-    case QMDB_E_STATE_NOT_ALLOWED:
-        return "the parameter's description does not offer it for the phase's aggregate state";
-    case QMDB_E_FRACTIONS:
-        return "the molar fractions must add up to 0.99 to 1";
-    default:
-        return "the library failed";
-    }
-}
-
-std::string stateText(MATTER_STATE state)
-{
-    switch (state) {
-    case MATTER_STATE_SOLID:
-        return "solid";
-    case MATTER_STATE_LIQUID:
-        return "liquid";
-    case MATTER_STATE_GAS:
-        return "gas";
-    case MATTER_STATE_NOT_GIVEN:
-        return "state not given";
-    }
-    return fmt::format("unknown state {}", static_cast<int>(state));
-}
-
 Database::Database(const Location& location)
-    : log_(location.logDirectory)
+    : directory_(location.directory)
+    , log_(location.logDirectory)
 {
-    requireDatabaseDirectory(location.directory);
     const std::wstring path = toWide(location.directory);
     const std::wstring language = toWide(location.language);
     const std::wstring log = toWide(fromLocale(log_.path().c_str()));
     const bool logInfo = !log_.isTemporary();
-    check(qmdbOpen(path.c_str(), language.c_str(), log.c_str(), logInfo, &id_),
+    checkList(qmdbOpen(path.c_str(), language.c_str(), log.c_str(), logInfo, &id_),
         fmt::format("cannot open \"{}\"", location.directory));
     auto complaints = log_.newErrors();
     std::erase_if(complaints, [](const std::string& line) { return isMissingTable(line); });
     if (!complaints.empty()) {
-        fmt::print(stderr, "qmdb: warning: {}\nqmdb: \"qmdb check\" tells what is wrong and what to do\n",
-            fmt::join(complaints, "; "));
+        fmt::print(
+            stderr, "qmdb: warning: {}\nqmdb: {}\n", fmt::join(complaints, "; "), checkHint(directory_));
     }
 }
 
@@ -152,7 +94,8 @@ Database::~Database()
 
 std::string Database::failureText(int status, std::string_view what) const
 {
-    const auto details = log_.newErrors();
+    auto details = log_.newErrors();
+    std::ranges::transform(details, details.begin(), detailText);
     return fmt::format("{}: {} ({}){}{}", what, statusText(status), status, details.empty() ? "" : ": ",
         fmt::join(details, "; "));
 }
@@ -165,13 +108,19 @@ int Database::check(int status, std::string_view what) const
     return status;
 }
 
+/// For what reads descriptors: an empty list is none of the failures, and the others can be looked into.
+void Database::checkList(int status, std::string_view what) const
+{
+    if (status < 0 && status != QMDB_E_EMPTY) {
+        throw Failure("{}\n{}", failureText(status, what), checkHint(directory_));
+    }
+}
+
 std::vector<Substance> Database::substances() const
 {
     Records<MATTER> records(qmdbDestroyMatterArray);
     const int status = qmdbGetMatters(id_, &records.first, &records.count);
-    if (status != QMDB_E_EMPTY) {
-        check(status, "cannot list the substances");
-    }
+    checkList(status, "cannot list the substances");
     std::vector<Substance> substances;
     for (const MATTER& record : records.all()) {
         substances.push_back({ record.id, toUtf8(record.name), toUtf8(record.comment), record.mixture,
@@ -184,9 +133,7 @@ std::vector<Owner> Database::phases(long substance) const
 {
     Records<PHASE> records(qmdbDestroyPhasesArray);
     const int status = qmdbGetPhases(id_, substance, &records.first, &records.count);
-    if (status != QMDB_E_EMPTY) {
-        check(status, "cannot list the phases");
-    }
+    checkList(status, "cannot list the phases");
     std::vector<Owner> phases;
     for (const PHASE& record : records.all()) {
         phases.push_back({ Owner::Kind::Phase, record.id, toUtf8(record.name), record.aggreg, -1, -1 });
@@ -198,9 +145,7 @@ std::vector<Owner> Database::changes(long substance) const
 {
     Records<PHASECHANGE> records(qmdbDestroyPhaseChangeArray);
     const int status = qmdbGetPhaseChanges(id_, substance, &records.first, &records.count);
-    if (status != QMDB_E_EMPTY) {
-        check(status, "cannot list the phase changes");
-    }
+    checkList(status, "cannot list the phase changes");
     std::vector<Owner> changes;
     for (const PHASECHANGE& record : records.all()) {
         changes.push_back({ Owner::Kind::Change, record.id, toUtf8(record.name), MATTER_STATE_NOT_GIVEN,
@@ -233,9 +178,7 @@ std::vector<Parameter> Database::parameters(long substance, const Owner& owner) 
         return qmdbGetMatterParams(id_, substance, &records.first, &records.count);
     };
     const int status = list();
-    if (status != QMDB_E_EMPTY) {
-        check(status, "cannot list the parameters");
-    }
+    checkList(status, "cannot list the parameters");
     std::vector<Parameter> parameters;
     for (const PARAMETER& record : records.all()) {
         parameters.push_back(parameterOf(record));
@@ -246,7 +189,7 @@ std::vector<Parameter> Database::parameters(long substance, const Owner& owner) 
 std::vector<Description> Database::descriptions(long substance, long phase) const
 {
     Records<PARAMETERDESCR> records(qmdbDestroyParamDescrArray);
-    check(qmdbGetAvailablePhaseParams(id_, substance, phase, &records.first, &records.count),
+    checkList(qmdbGetAvailablePhaseParams(id_, substance, phase, &records.first, &records.count),
         "cannot list the parameter descriptions");
     std::vector<Description> descriptions;
     for (const PARAMETERDESCR& record : records.all()) {
@@ -260,12 +203,13 @@ Table Database::value(long substance, const Owner& owner, long parameter) const
 {
     const long phase = owner.kind == Owner::Kind::Phase ? owner.id : -1;
     const long change = owner.kind == Owner::Kind::Change ? owner.id : -1;
-    IDbData* value = nullptr;
-    const int status = qmdbGetParamValue(id_, substance, phase, change, parameter, &value);
+    IDbData* handedOut = nullptr;
+    const int status = qmdbGetParamValue(id_, substance, phase, change, parameter, &handedOut);
+    const std::unique_ptr<IDbData, Release> value(handedOut);
     if (status != QMDB_OK) {
         throw UnreadableValue(failureText(status, "cannot read the value"));
     }
-    return flatten(*wrap(value));
+    return flatten(*value);
 }
 
 long Database::addSubstance(const MATTER& substance)

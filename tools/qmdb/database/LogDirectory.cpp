@@ -3,13 +3,18 @@
 #include "common/encodings.h"
 #include "common/failure.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <unistd.h>
 
 namespace tool {
 
 namespace {
+
+constexpr auto logFile = "/qmdb.log";
 
 std::string makeTemporaryDirectory()
 {
@@ -21,20 +26,31 @@ std::string makeTemporaryDirectory()
     return path;
 }
 
-std::string requireDirectory(const std::string& named)
+std::string requireWritable(const std::string& named)
 {
-    if (!std::filesystem::is_directory(toLocale(named))) {
+    const std::string path = toLocale(named);
+    if (!std::filesystem::is_directory(path)) {
         throw Failure("the log directory \"{}\" does not exist", named);
     }
-    return toLocale(named);
+    // The library goes on without a log that it cannot write.
+    const std::string file = path + logFile;
+    const bool exists = ::access(file.c_str(), F_OK) == 0;
+    if (::access(exists ? file.c_str() : path.c_str(), exists ? W_OK : W_OK | X_OK) != 0) {
+        throw Failure("cannot write the log to \"{}\": {}", named, std::strerror(errno));
+    }
+    return path;
 }
 
 } // namespace
 
 LogDirectory::LogDirectory(const std::string& named)
-    : path_(named.empty() ? makeTemporaryDirectory() : requireDirectory(named))
+    : path_(named.empty() ? makeTemporaryDirectory() : requireWritable(named))
     , temporary_(named.empty())
 {
+    if (temporary_) {
+        directoryLeft_.emplace(path_);
+        fileLeft_.emplace(path_ + logFile);
+    }
 }
 
 LogDirectory::~LogDirectory()
@@ -48,7 +64,7 @@ LogDirectory::~LogDirectory()
 std::vector<std::string> LogDirectory::newErrors()
 {
     constexpr std::string_view prefix = "ERROR: ";
-    std::ifstream log(path_ + "/qmdb.log", std::ios::binary);
+    std::ifstream log(path_ + logFile, std::ios::binary);
     log.seekg(static_cast<std::streamoff>(read_));
     std::vector<std::string> errors;
     for (std::string line; std::getline(log, line); read_ += line.size() + 1) {

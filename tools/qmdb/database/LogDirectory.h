@@ -1,5 +1,8 @@
 #pragma once
 
+#include "common/leftovers.h"
+
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +27,8 @@ public:
 private:
     std::string path_; ///< in the locale's encoding
     bool temporary_;
+    std::optional<Leftover> directoryLeft_;
+    std::optional<Leftover> fileLeft_;
     std::size_t read_ = 0;
 };
 

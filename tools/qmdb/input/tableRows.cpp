@@ -1,11 +1,11 @@
 #include "input/tableRows.h"
 
 #include "common/failure.h"
+#include "common/numbers.h"
+#include "common/shown.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <optional>
+#include <fmt/ranges.h>
 #include <set>
 
 namespace tool {
@@ -55,18 +55,9 @@ std::vector<std::string> fieldsOf(std::string_view line)
     return line.find(',') != std::string_view::npos ? splitAt(line, ',') : splitAtBlanks(line);
 }
 
-std::optional<double> asNumber(std::string_view text)
-{
-    text.remove_prefix(text.starts_with('+') ? 1 : 0);
-    double number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool whole = error == std::errc() && end == text.data() + text.size();
-    return whole && std::isfinite(number) ? std::optional(number) : std::nullopt;
-}
-
 bool isNumber(const std::string& text)
 {
-    return asNumber(text).has_value();
+    return asFiniteNumber(text).has_value();
 }
 
 /// Collects what is wrong with the rows.
@@ -111,9 +102,9 @@ private:
 void fillRow(InputRow& row, const std::vector<std::string>& fields, Problems& problems)
 {
     for (const std::string& field : fields) {
-        const auto number = asNumber(field);
+        const auto number = asFiniteNumber(field);
         if (!number) {
-            problems.add(row, row.numbers.size() + 1, fmt::format("\"{}\" is not a number", field));
+            problems.add(row, row.numbers.size() + 1, fmt::format("{} is not a number", shown(field)));
         }
         row.numbers.push_back(number.value_or(0));
     }
@@ -136,6 +127,16 @@ std::string_view contentOf(std::string_view line, bool first)
     line.remove_prefix(first && line.starts_with(mark) ? mark.size() : 0);
     line = trimmed(line, blanks);
     return line.starts_with('#') ? std::string_view() : line;
+}
+
+/// Every second byte of the numbers is zero then.
+void refuseUtf16(std::string_view line, const std::string& name)
+{
+    const bool marked = line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF");
+    if (marked || line.find('\0') != std::string_view::npos) {
+        throw Failure(
+            "{} is encoded as UTF-16; save it as UTF-8, for example with \"iconv -f UTF-16\"", name);
+    }
 }
 
 std::string stored(double number)
@@ -189,6 +190,7 @@ std::vector<InputRow> readRows(std::istream& input, const std::string& name)
     bool headPossible = true;
     std::size_t lineNumber = 0;
     for (std::string text; std::getline(input, text);) {
+        refuseUtf16(text, name);
         const std::string_view line = contentOf(text, ++lineNumber == 1);
         if (line.empty()) {
             continue;
@@ -237,8 +239,8 @@ std::size_t roundedNumbers(const Table& table)
     std::size_t count = 0;
     for (const Point& point : table.points) {
         const auto numbers = numbersOf(table, point);
-        count += static_cast<std::size_t>(
-            std::ranges::count_if(numbers, [](double number) { return asNumber(stored(number)) != number; }));
+        count += static_cast<std::size_t>(std::ranges::count_if(
+            numbers, [](double number) { return asFiniteNumber(stored(number)) != number; }));
     }
     return count;
 }

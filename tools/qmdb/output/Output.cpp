@@ -1,11 +1,11 @@
 #include "output/Output.h"
 
-#include "common/encodings.h"
 #include "common/failure.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace tool {
@@ -22,28 +22,31 @@ bool wantsColour(std::FILE* file)
         && std::string_view(terminal) != "dumb";
 }
 
-std::FILE* open(const std::string& name)
+/// A stream on a file that is written; it is closed apart from it.
+std::FILE* openStream(const OutputFile& file)
 {
-    std::FILE* file = std::fopen(toLocale(name).c_str(), "wbe");
-    if (!file) {
-        throw Failure("cannot write \"{}\": {}", name, std::strerror(errno));
+    const int copy = ::fcntl(file.descriptor(), F_DUPFD_CLOEXEC, 0);
+    std::FILE* stream = copy < 0 ? nullptr : ::fdopen(copy, "wb");
+    if (!stream) {
+        throw Failure("cannot write the output: {}", std::strerror(errno));
     }
-    return file;
+    return stream;
 }
 
 } // namespace
 
 Output::Output(const std::string& file)
-    : name_(file)
-    , file_(file.empty() ? stdout : open(file))
-    , coloured_(wantsColour(file_))
+    : target_(file.empty() ? nullptr : std::make_unique<OutputFile>(file, OutputFile::Existing::Replace))
+    , name_(file.empty() ? "standard output" : fmt::format("\"{}\"", file))
+    , stream_(target_ ? openStream(*target_) : stdout)
+    , coloured_(wantsColour(stream_))
 {
 }
 
 Output::~Output()
 {
-    if (file_ != stdout) {
-        std::fclose(file_);
+    if (target_) {
+        std::fclose(stream_);
     }
 }
 
@@ -51,7 +54,7 @@ void Output::write(std::string_view text)
 {
     pending_ += text;
     if (pending_.size() >= pieceSize) {
-        finish();
+        flush();
     }
 }
 
@@ -60,17 +63,25 @@ std::string Output::styled(const fmt::text_style& style, std::string_view text) 
     return coloured_ ? fmt::format(style, "{}", text) : std::string(text);
 }
 
-void Output::finish()
+void Output::flush()
 {
-    const bool written = std::fwrite(pending_.data(), 1, pending_.size(), file_) == pending_.size();
+    const bool written = std::fwrite(pending_.data(), 1, pending_.size(), stream_) == pending_.size();
     pending_.clear();
-    if (written && std::fflush(file_) == 0) {
+    if (written && std::fflush(stream_) == 0) {
         return;
     }
     if (errno == EPIPE) {
         throw ClosedPipe();
     }
-    throw Failure("cannot write {}: {}", name_.empty() ? "standard output" : name_, std::strerror(errno));
+    throw Failure("cannot write {}: {}", name_, std::strerror(errno));
+}
+
+void Output::finish()
+{
+    flush();
+    if (target_) {
+        target_->moveIntoPlace();
+    }
 }
 
 } // namespace tool

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "output/OutputFile.h"
+
 #include <cstdio>
 #include <fmt/color.h>
 #include <fmt/format.h>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -32,12 +35,15 @@ public:
 
     bool isColoured() const noexcept { return coloured_; }
 
-    /// Writes what is left. To be called at the end: the destructor drops it.
+    /// Writes what is left, and lets a file appear. To be called at the end: the destructor drops both.
     void finish();
 
 private:
+    void flush();
+
+    std::unique_ptr<OutputFile> target_; ///< null for standard output
     std::string name_;
-    std::FILE* file_;
+    std::FILE* stream_;
     bool coloured_;
     std::string pending_;
 };

@@ -1,9 +1,7 @@
 #include "output/SqliteExporter.h"
 
-#include "common/encodings.h"
+#include "output/OutputFile.h"
 #include "output/Sqlite.h"
-
-#include <filesystem>
 
 namespace tool {
 
@@ -14,7 +12,8 @@ PRAGMA journal_mode = OFF;
 PRAGMA synchronous = OFF;
 BEGIN;
 CREATE TABLE substance (
-    id INTEGER PRIMARY KEY, name TEXT NOT NULL, comment TEXT NOT NULL, mixture INTEGER NOT NULL);
+    id INTEGER PRIMARY KEY, name TEXT NOT NULL, comment TEXT NOT NULL, mixture INTEGER NOT NULL,
+    composition TEXT);
 CREATE TABLE component (
     substance_id INTEGER NOT NULL REFERENCES substance, position INTEGER NOT NULL,
     component_id INTEGER NOT NULL, molar_fraction REAL,
@@ -31,7 +30,7 @@ CREATE TABLE parameter (id INTEGER PRIMARY KEY, name TEXT NOT NULL, units TEXT N
 CREATE TABLE property (
     id INTEGER PRIMARY KEY, substance_id INTEGER NOT NULL REFERENCES substance, phase_id INTEGER,
     change_id INTEGER, parameter_id INTEGER NOT NULL REFERENCES parameter, type TEXT NOT NULL,
-    vector INTEGER NOT NULL,
+    vector INTEGER NOT NULL, first_argument_name TEXT, second_argument_name TEXT, comments TEXT NOT NULL,
     FOREIGN KEY (substance_id, phase_id) REFERENCES phase,
     FOREIGN KEY (substance_id, change_id) REFERENCES phase_change);
 CREATE TABLE point (
@@ -46,9 +45,10 @@ CREATE INDEX property_substance ON property (substance_id, parameter_id);
 CREATE INDEX property_parameter ON property (parameter_id);
 CREATE INDEX point_argument ON point (property_id, first_argument, second_argument);
 CREATE VIEW tidy AS
-    SELECT s.id AS substance_id, s.name AS substance, r.phase_id, h.name AS phase, r.change_id,
-        c.name AS change, r.parameter_id, m.name AS parameter, m.units, p.first_argument,
-        p.second_argument, NULLIF(p.component, '') AS component, p.value
+    SELECT s.id AS substance_id, s.name AS substance, s.composition, r.phase_id, h.name AS phase, h.state,
+        r.change_id, c.name AS change, r.parameter_id, m.name AS parameter, m.units, r.type, r.comments,
+        r.first_argument_name, r.second_argument_name, p.first_argument, p.second_argument,
+        NULLIF(p.component, '') AS component, p.value
     FROM point p JOIN property r ON r.id = p.property_id JOIN substance s ON s.id = r.substance_id
         JOIN parameter m ON m.id = r.parameter_id
         LEFT JOIN phase h ON h.substance_id = r.substance_id AND h.id = r.phase_id
@@ -57,43 +57,26 @@ CREATE VIEW tidy AS
 COMMIT;
 )";
 
-/// The file's path, which must be free: nothing that a user has is ever replaced.
-std::string freePath(const std::string& file)
-{
-    const std::string path = toLocale(file);
-    if (std::filesystem::exists(path)) {
-        throw Failure("\"{}\" exists already; remove it first or give another name", file);
-    }
-    return path;
-}
-
 class SqliteExporter : public Exporter {
 public:
     explicit SqliteExporter(const std::string& file)
-        : path_(freePath(file))
-        , database_(path_)
+        : file_(file, OutputFile::Existing::Refuse) // nothing that a user has is ever replaced
+        , database_(file_.path())
         , layout_(database_)
-        , substance_(database_, "INSERT INTO substance VALUES (?, ?, ?, ?)")
+        , substance_(database_, "INSERT INTO substance VALUES (?, ?, ?, ?, ?)")
         , component_(database_, "INSERT INTO component VALUES (?, ?, ?, ?)")
         , phase_(database_, "INSERT INTO phase VALUES (?, ?, ?, ?)")
         , change_(database_, "INSERT INTO phase_change VALUES (?, ?, ?, ?, ?)")
         , parameter_(database_, "INSERT OR IGNORE INTO parameter VALUES (?, ?, ?)")
-        , property_(database_, "INSERT INTO property VALUES (NULL, ?, ?, ?, ?, ?, ?)")
+        , property_(database_, "INSERT INTO property VALUES (NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
         , point_(database_, "INSERT INTO point VALUES (?, ?, ?, ?, ?, ?)")
     {
     }
 
-    ~SqliteExporter() override
+    void addSubstance(const Substance& substance, const std::string& composition) override
     {
-        if (!finished_) {
-            std::error_code ignored;
-            std::filesystem::remove(path_, ignored);
-        }
-    }
-
-    void addSubstance(const Substance& substance) override
-    {
-        substance_.run(substance.id, substance.name, substance.comment, substance.mixture);
+        const auto mixed = composition.empty() ? std::nullopt : std::optional(composition);
+        substance_.run(substance.id, substance.name, substance.comment, substance.mixture, mixed);
         long position = 0;
         for (const COMPONENT& component : substance.composition) {
             component_.run(substance.id, position++, component.matterId, component.molarFraction);
@@ -109,12 +92,13 @@ public:
         }
     }
 
-    void addValue(const Substance& substance, const Owner& owner, const Parameter& parameter,
-        const Table& table) override
+    void addValue(const ExportedValue& value) override
     {
+        const auto& [substance, composition, owner, parameter, table, comments] = value;
         parameter_.run(parameter.id, parameter.name, parameter.units);
         property_.run(substance.id, idOf(owner, Owner::Kind::Phase), idOf(owner, Owner::Kind::Change),
-            parameter.id, typeLetter(parameter.type), long { parameter.vector });
+            parameter.id, typeLetter(parameter.type), long { parameter.vector }, nameOf(parameter, 0),
+            nameOf(parameter, 1), comments);
         const long property = database_.lastRow();
         long position = 0;
         for (const Point& point : table.points) {
@@ -125,7 +109,7 @@ public:
     void finish() override
     {
         database_.run(indexesAndView);
-        finished_ = true;
+        file_.moveIntoPlace();
     }
 
 private:
@@ -137,6 +121,12 @@ private:
     static std::optional<long> idOf(const Owner& owner, Owner::Kind kind)
     {
         return owner.kind == kind ? std::optional(owner.id) : std::nullopt;
+    }
+
+    static std::optional<std::string_view> nameOf(const Parameter& parameter, std::size_t argument)
+    {
+        const auto names = argumentNames(parameter.type);
+        return argument < names.size() ? std::optional(names[argument]) : std::nullopt;
     }
 
     static std::optional<double> argumentOf(const Table& table, const Point& point, std::size_t index)
@@ -152,11 +142,10 @@ private:
         }
     }
 
-    std::string path_;
+    OutputFile file_;
     Sqlite database_;
     Layout layout_;
     SqliteStatement substance_, component_, phase_, change_, parameter_, property_, point_;
-    bool finished_ = false;
 };
 
 } // namespace

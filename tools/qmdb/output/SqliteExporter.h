@@ -2,6 +2,8 @@
 
 #include "output/Exporter.h"
 
+#include <memory>
+
 namespace tool {
 
 /// Exports into a new SQLite file.

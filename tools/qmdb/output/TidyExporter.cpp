@@ -1,130 +1,160 @@
 #include "output/TidyExporter.h"
 
+#include "common/numbers.h"
 #include "output/Output.h"
 #include "output/json.h"
 #include "output/valueTable.h"
+
+#include <cmath>
+#include <vector>
 
 namespace tool {
 
 namespace {
 
-/// The ID and name of an owner when it is of a kind; else both empty.
-struct OwnerColumns {
-    OwnerColumns(const Owner& owner, Owner::Kind kind)
-        : given(owner.kind == kind)
-        , id(given ? std::to_string(owner.id) : "")
-        , name(given ? owner.name : "")
-    {
-    }
-
-    bool given;
-    std::string id;
-    std::string name;
-};
-
-/// The two argument columns of a point, `none` in the place of those that its table lacks.
-std::string argumentText(const Table& table, const Point& point, std::size_t index, std::string_view none)
+/// An entry that a row may lack.
+template <class Value>
+Json given(bool present, const Value& value)
 {
-    return index < table.arguments ? fmt::format("{}", point.arguments[index]) : std::string(none);
+    return present ? Json(value) : Json();
 }
 
-class CsvExporter : public Exporter {
+Json argumentName(const Parameter& parameter, std::size_t index)
+{
+    const auto names = argumentNames(parameter.type);
+    return given(index < names.size(), index < names.size() ? names[index] : "");
+}
+
+/// The columns that all rows of a value share.
+Json sharedColumns(const ExportedValue& value)
+{
+    const auto& [substance, composition, owner, parameter, table, comments] = value;
+    const bool phase = owner.kind == Owner::Kind::Phase;
+    const bool change = owner.kind == Owner::Kind::Change;
+    return { { "substance_id", substance.id }, { "substance", substance.name },
+        { "composition", given(!composition.empty(), composition) }, { "phase_id", given(phase, owner.id) },
+        { "phase", given(phase, owner.name) }, { "state", given(phase, stateText(owner.state)) },
+        { "change_id", given(change, owner.id) }, { "change", given(change, owner.name) },
+        { "parameter_id", parameter.id }, { "parameter", parameter.name }, { "units", parameter.units },
+        { "type", typeLetter(parameter.type) }, { "comments", comments },
+        { "first_argument_name", argumentName(parameter, 0) },
+        { "second_argument_name", argumentName(parameter, 1) } };
+}
+
+constexpr auto numberColumns = { "first_argument", "second_argument", "component", "value" };
+
+/// Writes the rows of a value in some notation.
+class TidyExporter : public Exporter {
 public:
-    explicit CsvExporter(const std::string& file)
+    explicit TidyExporter(const std::string& file)
         : output_(file)
     {
-        output_.write("substance_id,substance,phase_id,phase,change_id,change,parameter_id,parameter,units,"
-                      "first_argument,second_argument,component,value\n");
     }
 
-    void addValue(const Substance& substance, const Owner& owner, const Parameter& parameter,
-        const Table& table) override
+    void addValue(const ExportedValue& value) override
     {
-        const OwnerColumns phase(owner, Owner::Kind::Phase);
-        const OwnerColumns change(owner, Owner::Kind::Change);
-        const std::string front = fmt::format("{},{},{},{},{},{},{},{},{}", substance.id,
-            csvField(substance.name), phase.id, csvField(phase.name), change.id, csvField(change.name),
-            parameter.id, csvField(parameter.name), csvField(parameter.units));
+        const Table& table = value.table;
+        const std::string shared = front(sharedColumns(value));
         for (const Point& point : table.points) {
-            const std::string first = argumentText(table, point, 0, "");
-            const std::string second = argumentText(table, point, 1, "");
+            const auto argument = [&](std::size_t index) {
+                return index < table.arguments ? number(point.arguments[index]) : none();
+            };
+            const std::string arguments[] = { argument(0), argument(1) };
             for (std::size_t i = 0; i < table.components; ++i) {
-                output_.print("{},{},{},{},{}\n", front, first, second, componentName(table.components, i),
-                    point.components[i]);
+                addRow(shared, arguments[0], arguments[1], componentName(table.components, i),
+                    number(point.components[i]));
             }
         }
     }
 
     void finish() override { output_.finish(); }
 
-private:
+protected:
+    virtual std::string front(const Json& columns) const = 0;
+    virtual std::string number(double value) const = 0;
+    virtual std::string none() const = 0;
+    virtual void addRow(std::string_view shared, std::string_view first, std::string_view second,
+        std::string_view component, std::string_view value)
+        = 0;
+
     Output output_;
 };
 
-class JsonExporter : public Exporter {
+class CsvExporter : public TidyExporter {
+public:
+    explicit CsvExporter(const std::string& file)
+        : TidyExporter(file)
+    {
+        const Json columns = sharedColumns({ {}, {}, {}, {}, {}, {} });
+        for (const auto& [name, value] : columns.items()) {
+            output_.print("{},", name);
+        }
+        output_.print("{}\n", fmt::join(numberColumns, ","));
+    }
+
+private:
+    std::string front(const Json& columns) const override
+    {
+        std::string text;
+        for (const Json& column : columns) {
+            const bool plain = column.is_string();
+            text += (column.is_null() ? "" : csvField(plain ? column.get<std::string>() : column.dump()))
+                + ",";
+        }
+        return text;
+    }
+
+    std::string number(double value) const override { return numberText(value); }
+    std::string none() const override { return {}; }
+
+    void addRow(std::string_view shared, std::string_view first, std::string_view second,
+        std::string_view component, std::string_view value) override
+    {
+        output_.print("{}{},{},{},{}\n", shared, first, second, component, value);
+    }
+};
+
+class JsonExporter : public TidyExporter {
 public:
     JsonExporter(const std::string& file, bool array)
-        : output_(file)
+        : TidyExporter(file)
         , array_(array)
     {
         output_.write(array_ ? "[" : "");
     }
 
-    void addValue(const Substance& substance, const Owner& owner, const Parameter& parameter,
-        const Table& table) override
-    {
-        const std::string front = frontOf(substance, owner, parameter);
-        for (const Point& point : table.points) {
-            const std::string first = numberOrNull(argumentText(table, point, 0, "null"));
-            const std::string second = numberOrNull(argumentText(table, point, 1, "null"));
-            for (std::size_t i = 0; i < table.components; ++i) {
-                const std::string component = table.components == 1
-                    ? "null"
-                    : fmt::format("\"{}\"", componentName(table.components, i));
-                output_.print(
-                    "{}{},\"first_argument\":{},\"second_argument\":{},\"component\":{},\"value\":{}}}",
-                    separator(), front, first, second, component,
-                    numberOrNull(fmt::format("{}", point.components[i])));
-            }
-        }
-    }
-
     void finish() override
     {
         output_.write(array_ ? "\n]\n" : empty_ ? "" : "\n");
-        output_.finish();
+        TidyExporter::finish();
     }
 
 private:
-    /// The columns that all rows of a value share, as an object left open.
-    static std::string frontOf(const Substance& substance, const Owner& owner, const Parameter& parameter)
+    /// An object left open.
+    std::string front(const Json& columns) const override
     {
-        const OwnerColumns phase(owner, Owner::Kind::Phase);
-        const OwnerColumns change(owner, Owner::Kind::Change);
-        Json json { { "substance_id", substance.id }, { "substance", substance.name },
-            { "phase_id", phase.given ? Json(owner.id) : Json() },
-            { "phase", phase.given ? Json(owner.name) : Json() },
-            { "change_id", change.given ? Json(owner.id) : Json() },
-            { "change", change.given ? Json(owner.name) : Json() }, { "parameter_id", parameter.id },
-            { "parameter", parameter.name }, { "units", parameter.units } };
-        std::string text = dump(json);
+        std::string text = dump(columns);
         text.pop_back();
         return text;
     }
 
     /// JSON has no infinite numbers and none that are not numbers.
-    static std::string numberOrNull(const std::string& number)
+    std::string number(double value) const override
     {
-        return number.find_first_of("in") == std::string::npos ? number : "null";
+        return std::isfinite(value) ? numberText(value) : none();
     }
 
-    std::string_view separator()
+    std::string none() const override { return "null"; }
+
+    void addRow(std::string_view shared, std::string_view first, std::string_view second,
+        std::string_view component, std::string_view value) override
     {
-        const bool first = std::exchange(empty_, false);
-        return array_ ? (first ? "\n" : ",\n") : (first ? "" : "\n");
+        const std::string name = component.empty() ? none() : fmt::format("\"{}\"", component);
+        const bool isFirst = std::exchange(empty_, false);
+        output_.print("{}{},\"first_argument\":{},\"second_argument\":{},\"component\":{},\"value\":{}}}",
+            array_ ? (isFirst ? "\n" : ",\n") : (isFirst ? "" : "\n"), shared, first, second, name, value);
     }
 
-    Output output_;
     bool array_;
     bool empty_ = true;
 };

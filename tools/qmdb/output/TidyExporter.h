@@ -2,6 +2,8 @@
 
 #include "output/Exporter.h"
 
+#include <memory>
+
 namespace tool {
 
 /// Rows in long form, one a number, into `file` or standard output.

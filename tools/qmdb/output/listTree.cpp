@@ -1,7 +1,9 @@
 #include "output/listTree.h"
 
 #include "common/names.h"
+#include "common/numbers.h"
 #include "output/columns.h"
+#include "output/referredNames.h"
 
 #include <array>
 
@@ -22,8 +24,8 @@ std::string rangeText(const ListedParameter& listed)
     const auto names = argumentNames(listed.parameter.type);
     std::string text;
     for (std::size_t i = 0; i < listed.ranges.size(); ++i) {
-        text += fmt::format(
-            "{}{} {} to {}", i == 0 ? "" : ", ", names[i], listed.ranges[i].least, listed.ranges[i].most);
+        text += fmt::format("{}{} {} to {}", i == 0 ? "" : ", ", names[i], numberText(listed.ranges[i].least),
+            numberText(listed.ranges[i].most));
     }
     return text;
 }
@@ -41,25 +43,12 @@ Line parameterLine(std::string branch, const ListedParameter& listed)
     return line;
 }
 
-std::string nameOf(long id, const auto& named)
-{
-    for (const auto& one : named) {
-        if (one.id == id) {
-            return one.name;
-        }
-    }
-    return fmt::format("{} (missing)", id);
-}
-
 std::string substanceText(const Substance& substance, const std::vector<Substance>& all)
 {
-    std::vector<std::string> parts;
-    for (const COMPONENT& component : substance.composition) {
-        parts.push_back(fmt::format("{} {}", component.molarFraction, nameOf(component.matterId, all)));
-    }
+    const std::string parts = compositionText(substance, all);
     std::string text;
     if (substance.mixture > 0) {
-        text += fmt::format(", mixture{}{}", parts.empty() ? "" : " of ", fmt::join(parts, " + "));
+        text += fmt::format(", mixture{}{}", parts.empty() ? "" : " of ", parts);
     }
     return text + (substance.comment.empty() ? "" : ": ") + substance.comment;
 }
@@ -75,8 +64,8 @@ std::string ownerLine(const Owner& owner, const ListedSubstance& substance)
             phases.push_back(listed.owner);
         }
     }
-    return fmt::format("change {}, {} to {}", label(owner.name, owner.id), nameOf(owner.phase1, phases),
-        nameOf(owner.phase2, phases));
+    return fmt::format("change {}, {} to {}", label(owner.name, owner.id), nameById(owner.phase1, phases),
+        nameById(owner.phase2, phases));
 }
 
 void appendOwner(std::vector<Line>& lines, const ListedSubstance& substance, std::size_t index)

@@ -1,5 +1,6 @@
 #include "output/valueTable.h"
 
+#include "common/numbers.h"
 #include "output/columns.h"
 
 #include <algorithm>
@@ -32,7 +33,7 @@ std::vector<std::string> cellsOf(const Table& table, const Point& point)
 {
     std::vector<std::string> cells;
     for (const double number : numbersOf(table, point)) {
-        cells.push_back(fmt::format("{}", number));
+        cells.push_back(numberText(number));
     }
     return cells;
 }
@@ -94,7 +95,7 @@ void printCsv(Output& output, const Parameter& parameter, const Table& table)
     std::ranges::transform(head, head.begin(), csvField);
     output.print("{}\n", fmt::join(head, ","));
     for (const Point& point : table.points) {
-        output.print("{}\n", fmt::join(numbersOf(table, point), ","));
+        output.print("{}\n", fmt::join(cellsOf(table, point), ","));
     }
 }
 
