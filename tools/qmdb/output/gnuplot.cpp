@@ -1,7 +1,7 @@
 #include "output/gnuplot.h"
 
 #include "common/failure.h"
-#include "output/OutputFile.h"
+#include "output/Output.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -152,8 +152,8 @@ public:
 
     std::string content() const
     {
-        constexpr std::size_t enough = 64 * 1024;
-        std::string text(enough, '\0');
+        std::string text(
+            static_cast<std::size_t>(std::max<off_t>(::lseek(descriptor_, 0, SEEK_END), 0)), '\0');
         const ssize_t size = ::pread(descriptor_, text.data(), text.size(), 0);
         text.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
         return text;
@@ -200,6 +200,15 @@ std::string complaintOf(const MemoryFile& errors)
     return complaint;
 }
 
+/// The drawing without the form feed and the empty lines around it.
+std::string_view trimmed(std::string_view drawing)
+{
+    const std::size_t begin = drawing.find_first_not_of("\f\n ");
+    const std::size_t end = drawing.find_last_not_of("\f\n ");
+    const std::size_t line = begin == drawing.npos ? 0 : drawing.rfind('\n', begin) + 1;
+    return drawing.substr(line, end + 1 - line);
+}
+
 void drawTo(int output, const std::string& text)
 {
     const MemoryFile errors;
@@ -216,7 +225,11 @@ void draw(const Picture& picture, const std::string& file)
 {
     const std::string text = script(picture, file);
     if (file.empty()) {
-        drawTo(STDOUT_FILENO, text);
+        const MemoryFile drawing;
+        drawTo(drawing.descriptor(), text);
+        Output output;
+        output.print("{}\n", trimmed(drawing.content()));
+        output.finish();
         return;
     }
     OutputFile target(file, OutputFile::Existing::Replace);
