@@ -35,7 +35,8 @@ std::string requireWritable(const std::string& named)
     // The library goes on without a log that it cannot write.
     const std::string file = path + logFile;
     const bool exists = ::access(file.c_str(), F_OK) == 0;
-    if (::access(exists ? file.c_str() : path.c_str(), exists ? W_OK : W_OK | X_OK) != 0) {
+    const int refused = exists ? ::access(file.c_str(), W_OK) : ::access(path.c_str(), W_OK | X_OK);
+    if (refused != 0) {
         throw Failure("cannot write the log to \"{}\": {}", named, std::strerror(errno));
     }
     return path;

@@ -71,7 +71,7 @@ void OutputFile::openBeside()
     if (replaces && ::access(target_.c_str(), W_OK) != 0) {
         throwUnwritable(name_, errno);
     }
-    path_ = fmt::format("{}.{}.tmp", target_, ::getpid());
+    path_ = fs::path(target_).replace_filename(fmt::format(".qmdb-{}.tmp", ::getpid()));
     leftover_ = std::make_unique<Leftover>(path_);
     descriptor_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, everybody);
     if (descriptor_ < 0) {

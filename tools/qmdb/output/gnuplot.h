@@ -1,28 +1,8 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include "output/gnuplotScript.h"
 
 namespace tool {
-
-struct Curve {
-    struct Dot {
-        double x = 0;
-        double y = 0;
-    };
-
-    std::string title;
-    std::size_t dash = 0; ///< curves that lie upon each other stay visible when they are dashed differently
-    std::vector<Dot> dots;
-};
-
-struct Picture {
-    std::string title;
-    std::string xLabel;
-    std::string yLabel;
-    bool family = false; ///< the curves are in an order, which their colours show
-    std::vector<Curve> curves;
-};
 
 /// Draws into a file whose extension tells the kind of picture, svg, png or pdf; without a file into
 /// the terminal. Throws Failure when gnuplot is missing or fails.
