@@ -1,25 +1,47 @@
 #!/usr/bin/env python3
-"""Checks that each folder of the library includes only itself and the folders below it."""
+"""Checks that each folder of the library and of the command includes only what it may."""
 
 import pathlib
 import re
 import sys
 
-LAYERS = ["include/qmdatabase", "src/qm", "src/format", "src/files", "src/values", "src/model", "src/database", "src/api"]
+LAYERS = ["include/qmdatabase", "src/qm", "src/format", "src/files", "src/values", "src/model", "src/database",
+    "src/api"]
+TOOL = "tools/qmdb/"
+# What each folder of the command may include beside itself and the exported functions.
+TOOL_FOLDERS = {
+    "common": [],
+    "database": ["common"],
+    "input": ["common", "database"],
+    "output": ["common", "database"],
+    "check": ["common", "database", "../../src"],
+    "commands": ["common", "database", "input", "output", "check"],
+}
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 
 
 def target(root, source, name):
     """The included file, looked for beside the including one and in the include directories."""
-    for place in (source.parent, root / "src", root / "include"):
+    places = [source.parent, root / "src", root / "include"]
+    if source.is_relative_to(root / TOOL):
+        places.insert(1, root / TOOL)
+    for place in places:
         if (place / name).is_file():
             return (place / name).resolve()
     return None
 
 
-def faults(root):
+def allowed_includes():
+    """Each folder with all folders that it may include."""
     for level, layer in enumerate(LAYERS):
-        allowed = [(root / below).resolve() for below in LAYERS[: level + 1]]
+        yield layer, LAYERS[: level + 1]
+    for folder, others in TOOL_FOLDERS.items():
+        yield TOOL + folder, ["include/qmdatabase"] + [TOOL + other for other in [folder, *others]]
+
+
+def faults(root):
+    for layer, names in allowed_includes():
+        allowed = [(root / name).resolve() for name in names]
         sources = [path for path in (root / layer).rglob("*") if path.suffix in (".h", ".cpp")]
         if not sources:
             yield f"{layer}: no sources"
@@ -27,7 +49,7 @@ def faults(root):
             for name in INCLUDE.findall(source.read_text(encoding="utf-8")):
                 found = target(root, source, name)
                 if not found or not any(found.is_relative_to(folder) for folder in allowed):
-                    yield f'{source.relative_to(root)}: "{name}" is not in {layer} or below it'
+                    yield f'{source.relative_to(root)}: "{name}" is not in {layer} nor where it may include from'
 
 
 found = list(faults(pathlib.Path(sys.argv[1]).resolve()))

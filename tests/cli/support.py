@@ -8,7 +8,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-COMMAND = sys.argv.pop(1) if len(sys.argv) > 1 else "qmdb"
+COMMAND = os.path.abspath(sys.argv.pop(1)) if len(sys.argv) > 1 else "qmdb"
+NOBODY = 65534
 MARK = "\ufeff"
 
 
@@ -56,6 +57,11 @@ SMALL = {
 }
 
 
+def prefixed(message):
+    """A message as it stands on standard error."""
+    return "".join(f"qmdb: {line}\n" for line in message.split("\n"))
+
+
 def write(directory, tree):
     for name, content in tree.items():
         path = Path(directory, name)
@@ -81,14 +87,28 @@ class CommandTest(unittest.TestCase):
         self.database = os.path.join(self.scratch, "db")
         write(self.database, SMALL)
 
-    def run_command(self, *arguments, stdin="", **environment):
+    def run_command(self, *arguments, stdin="", process=None, **environment):
+        """`process` are further options of the process, `environment` what it finds there."""
         settings = {"PATH": os.environ["PATH"], "TMPDIR": str(self.temporary), **environment}
         done = subprocess.run([COMMAND, *map(str, arguments)], input=stdin, capture_output=True, encoding="utf-8",
-                              env=settings, cwd=self.scratch, timeout=120)
+                              env=settings, cwd=self.scratch, timeout=120, **(process or {}))
         return done.returncode, done.stdout, done.stderr
 
-    def expect(self, arguments, output, status=0, errors="", stdin=""):
-        self.assertEqual((status, output, errors), self.run_command(*arguments, stdin=stdin), arguments)
+    def expect(self, arguments, output, status=0, errors="", stdin="", **options):
+        self.assertEqual((status, output, errors), self.run_command(*arguments, stdin=stdin, **options), arguments)
+
+    def without_privileges(self):
+        """Options for a process that permissions bind, as they do not bind the superuser."""
+        if os.geteuid() != 0:
+            return {}
+        os.chmod(self.scratch, 0o755)
+        os.chmod(self.temporary, 0o777)
+        options = {"user": NOBODY, "group": NOBODY, "extra_groups": []}
+        try:
+            self.run_command("--version", process=options)
+        except PermissionError:
+            self.skipTest("the command lies where only the superuser may run it")
+        return options
 
     def output(self, *arguments, **environment):
         status, output, errors = self.run_command(*arguments, **environment)

@@ -1,15 +1,14 @@
-"""The qmdb command: whole outputs on a small database, on broken copies of it, and on generated ones."""
+"""The qmdb command: whole outputs on a small database, on broken copies of it, and on new ones."""
 
+import fcntl
 import json
 import os
 import pty
-import shutil
-import sqlite3
 import subprocess
 import unittest
 from pathlib import Path
 
-from support import COMMAND, MARK, CommandTest, description, head, keys, snapshot, write
+from support import COMMAND, MARK, SMALL, CommandTest, description, head, keys, prefixed, snapshot, write
 
 TREE = """\
 Water (0): H₂O
@@ -29,27 +28,6 @@ Salt (2)
 └─ phase Crystal, "cubic" (0), solid
    └─ Conductivity (3)  constant       vector   1 point  W/(m K)
 """
-
-TIDY = '''\
-substance_id,substance,phase_id,phase,change_id,change,parameter_id,parameter,units,first_argument,second_argument,\
-component,value
-0,Water,,,,,2,Molar mass,kg/mol,,,,0.018015268
-0,Water,0,Liquid,,,1,Density,kg/m³,100000,280,,999.91
-0,Water,0,Liquid,,,1,Density,kg/m³,100000,300,,996.56
-0,Water,0,Liquid,,,1,Density,kg/m³,1000000,280,,1000.35
-0,Water,1,Ice,,,1,Density,kg/m³,250,,,919.87
-0,Water,1,Ice,,,1,Density,kg/m³,273.15,,,916.721
-0,Water,1,Ice,,,3,Conductivity,W/(m K),250,,x,2.3
-0,Water,1,Ice,,,3,Conductivity,W/(m K),250,,y,2.3
-0,Water,1,Ice,,,3,Conductivity,W/(m K),250,,z,2.4
-0,Water,1,Ice,,,3,Conductivity,W/(m K),270,,x,2.2
-0,Water,1,Ice,,,3,Conductivity,W/(m K),270,,y,2.2
-0,Water,1,Ice,,,3,Conductivity,W/(m K),270,,z,2.3
-0,Water,,,0,Melting,4,Latent heat,J/kg,,,,333430
-2,Salt,0,"Crystal, ""cubic""",,,3,Conductivity,W/(m K),,,x,6
-2,Salt,0,"Crystal, ""cubic""",,,3,Conductivity,W/(m K),,,y,6
-2,Salt,0,"Crystal, ""cubic""",,,3,Conductivity,W/(m K),,,z,-6.5
-'''
 
 # A tree of faults, laid over the small one. Opening stops at the first that it meets.
 PLANTED = {
@@ -151,12 +129,12 @@ class Reading(CommandTest):
         for arguments, message in [
             (["Watr", "Density"], 'no substance is called "Watr"; near matches: Water (0)'),
             (["Water", "Density"], 'no parameter of Water is called "Density"; there are: Molar mass (2)\n'
-             'qmdb: there is such a parameter with --phase "Liquid", --phase "Ice"'),
+             'there is such a parameter with --phase "Liquid", --phase "Ice"'),
             (["Water", "--phase", "Likuid", "1"], 'no phase of Water is called "Likuid"; near matches: Liquid (0)'),
             (["Water", "--phase", "Ice", "conductivty"],
              'no parameter of Water, phase Ice is called "conductivty"; near matches: Conductivity (3)'),
         ]:
-            self.expect(["get", self.database, *arguments], "", 2, f"qmdb: {message}\n")
+            self.expect(["get", self.database, *arguments], "", 2, prefixed(message))
         write(self.database, {"mass.prd": description(2, "density", "kg", "C", ""),
                               "Substance1/Phase1/Property2.prh": head(2, 1, 0, "Property2.dat")})
         self.expect(["get", self.database, "Water", "DENSITY", "--phase", "0"], "", 2,
@@ -168,30 +146,23 @@ class Reading(CommandTest):
         reason = (f"cannot read the value: a text is not a number, or arguments do not increase (-11): "
                   f"Bad table component [0]: 1 ({self.database}/Substance1/Phase2/Property1.dat)")
         lines = TREE.splitlines(keepends=True)
-        lines[5] = f"│  ├─ Density (1)       table of T     scalar                    {reason}\n"
-        self.assertEqual(1, self.run_command("list", self.database)[0])
-        self.expect(["export", self.database], TIDY.replace("0,Water,1,Ice,,,1,Density,kg/m³,250,,,919.87\n", "")
-                    .replace("0,Water,1,Ice,,,1,Density,kg/m³,273.15,,,916.721\n", ""), 1,
-                    f"qmdb: Density of Water, phase Ice is left out: {reason}\n")
+        lines[5] = f"│  ├─ Density (1)       table of T     scalar  {reason}\n"
+        self.expect(["list", self.database], "".join(lines), 1)
+        status, output, errors = self.run_command("export", self.database)
+        self.assertEqual((1, f"qmdb: warning: Density of Water, phase Ice is left out: {reason}\n"), (status, errors))
+        self.assertEqual(15, output.count("\n"))
 
-    def test_exports(self):
-        self.expect(["export", self.database], TIDY)
-        rows = [json.loads(line) for line in self.output("export", self.database, "--jsonl").splitlines()]
-        self.assertEqual(rows, json.loads(self.output("export", self.database, "--json")))
-        texts = [[str("" if value is None else value) for value in row.values()] for row in rows]
-        self.assertEqual([line.split(",")[-1] for line in TIDY.splitlines()[1:]], [text[-1] for text in texts])
-        self.assertEqual(TIDY.splitlines()[0].split(","), list(rows[0]))
-
-    @unittest.skipUnless(shutil.which("gnuplot"), "gnuplot is not installed")
-    def test_draws(self):
-        picture = Path(self.scratch, "it's.svg")
-        self.expect(["plot", self.database, "Water", "Density", "--phase", "Liquid", "-o", picture], "")
-        for text in ["Water, phase Liquid", "Density, kg/m³", "P = 100000", "P = 1000000"]:
-            self.assertIn(text, picture.read_text(encoding="utf-8"))
-        drawing = self.output("plot", self.database, "Water", "Conductivity", "--phase", "Ice")
-        self.assertIn("Water, phase Ice: Conductivity, W/(m K)", drawing)
-        self.expect(["plot", self.database, "Water", "2"], "", 2,
-                    "qmdb: Molar mass of Water is a constant: there is no curve to draw\n")
+    def test_tells_what_is_read_otherwise_than_it_stands(self):
+        write(self.database, {"Substance1/Property1.dat": "4x3\n",
+                              "Substance1/Phase1/Property1.dat": "P=1\n280 1 \n300 2e0kg\nP=2\nP=3 bar\n280 1\n290 2"})
+        mass = 'qmdb: warning: Molar mass of Water: the value is "4x3" and is read as 4\n'
+        density = ('qmdb: warning: Density of Water, phase Liquid: number 2 is "2e0kg" and is read as 2; '
+                   'and 3 more, which "qmdb check" lists\n')
+        self.expect(["get", self.database, "Water", "2"], "4 kg/mol\n", errors=mass)
+        self.expect(["get", self.database, "Water", "1", "--phase", "0", "--csv"],
+                    'P,T,"Density, kg/m³"\n1,280,1\n1,300,2\n3,280,1\n', errors=density)
+        status, output, errors = self.run_command("export", self.database)
+        self.assertEqual((0, mass + density, 17), (status, errors, output.count("\n")))
 
     def test_leaves_the_database_as_it_was(self):
         before = snapshot(self.database)
@@ -204,14 +175,73 @@ class Reading(CommandTest):
         self.assertIn("Database path: ", Path(self.scratch, "qmdb.log").read_text(encoding="utf-8"))
 
     def test_says_why_it_cannot_run(self):
-        for command in ["list", "check", "export"]:
-            self.expect([command, "nowhere"], "", 2, 'qmdb: "nowhere" is not a directory\n')
-        self.assertEqual(2, self.run_command("list")[0])
-        write(self.database, {"Substance3/Substance3.mtd": MARK + "ID=2\n"})
-        self.expect(["list", self.database], "", 2,
-                    f'qmdb: cannot open "{self.database}": a descriptor lacks a required key (-10): No required '
-                    f'field(s) in file: {self.database}/Substance3/Substance3.mtd; Cannot load matter file: '
-                    f'{self.database}/Substance3/Substance3.mtd\n')
+        os.mkdir(os.path.join(self.scratch, "empty"))
+        write(self.scratch, {"notes/todo/list.txt": "x"})
+        for arguments, status, message in [
+            (["list", "nowhere"], 2, '"nowhere" is not a directory'),
+            *((arguments, 1, f'"{arguments[-1]}" is no database: nothing in it belongs to one\n"qmdb new" makes a database')
+              for arguments in (["list", "empty"], ["check", "notes"], ["export", "empty"])),
+            (["lst", "db"], 2, 'there is no command "lst"; near matches: list'),
+            (["add", "phaze", "db"], 2, 'there is no command "phaze"; near matches: phase'),
+            (["frobnicate"], 2, 'there is no command "frobnicate"; there are: list, get, plot, check, export, add, new'),
+            ([], 2, 'A subcommand is required\n"qmdb --help" tells what to write'),
+            (["add"], 2, 'A subcommand is required\n"qmdb add --help" tells what to write'),
+            (["list", "db", "--josn"], 2,
+             'The following argument was not expected: --josn\n"qmdb list --help" tells what to write'),
+            (["list", "db", ""], 2, 'SUBSTANCE: an empty text names nothing\n"qmdb list --help" tells what to write'),
+            (["get", "db", "Water", "1", "--phase", ""], 2,
+             '--phase: an empty text names nothing\n"qmdb get --help" tells what to write'),
+            (["export", "db", "--sqlite", ""], 2,
+             '--sqlite: an empty text names nothing\n"qmdb export --help" tells what to write'),
+            (["list", "db", "--log", "nowhere"], 2, 'the log directory "nowhere" does not exist'),
+            (["new", "db/default.lst/x"], 2, 'cannot make "db/default.lst/x": Not a directory'),
+        ]:
+            self.expect(arguments, "", status, prefixed(message))
+
+    def test_names_the_check_for_what_cannot_be_opened(self):
+        check = '"qmdb check db" tells what is wrong and what to do'
+        mixture = "Substance2/Substance2.mtd"
+        for name, content, message in [
+            ("Substance3/Substance3.mtd", MARK + "ID=2\n",
+             'cannot open "db": a descriptor lacks a required key (-10): No required field(s) in file: '
+             'db/Substance3/Substance3.mtd; Cannot load matter file: db/Substance3/Substance3.mtd'),
+            (mixture, SMALL[mixture].replace("0:0.75", "water"),
+             "cannot list the substances: a text is not a number, or arguments do not increase (-11): Bad value of "
+             "molar fraction: water;2:0.25"),
+        ]:
+            write(self.database, {name: content})
+            self.expect(["list", "db"], "", 2, prefixed(f"{message}\n{check}"))
+            write(self.database, {name: SMALL[name]})
+
+    def test_tells_who_may_not_do_what(self):
+        bound = self.without_privileges()
+        locked = Path(self.scratch, "locked")
+        locked.mkdir(mode=0o555)
+        refused = "Permission denied"
+        failed = "a file cannot be opened or written, or a directory holds several descriptors of a kind (-6)"
+        check = '"qmdb check db" tells what is wrong and what to do'
+        head_file = "db/Substance3/Substance3.mtd"
+        for closed, arguments, message in [
+            ("db", ["list", "db"], f'cannot list "db": {refused}\n{check}'),
+            (head_file, ["list", "db"],
+             f'cannot open "db": {failed}: Cannot open file: {head_file}: {refused}; Cannot load matter file: '
+             f'{head_file}\n{check}'),
+            ("db/Substance1/Property1.dat", ["get", "db", "Water", "2"],
+             f"cannot read the value: {failed}: Cannot open parameter data file: db/Substance1/Property1.dat: {refused}"),
+            (None, ["list", "db", "--log", "locked"], f'cannot write the log to "locked": {refused}'),
+            (None, ["export", "db", "-o", "locked/x"], f'cannot write "locked/x": {refused}'),
+            (None, ["export", "db", "--sqlite", "locked/x"], f'cannot write "locked/x": {refused}'),
+            (None, ["new", "locked/x"], f'cannot make "locked/x": {refused}'),
+            ("db", ["add", "substance", "db", "X", "--gas", "G"], f'cannot list "db": {refused}\n{check}'),
+        ]:
+            place = Path(self.scratch, closed) if closed else locked
+            mode = place.stat().st_mode
+            place.chmod(0 if closed else mode)
+            self.expect(arguments, "", 2, prefixed(message), process=bound)
+            place.chmod(mode)
+        Path(self.database).chmod(0o555)
+        self.expect(["add", "substance", "db", "X", "--gas", "G"], "", 2,
+                    prefixed(f"cannot add the substance: {failed}: {refused}"), process=bound)
 
     def test_ends_quietly_when_the_reader_is_gone(self):
         reader, writer = os.pipe()
@@ -292,22 +322,47 @@ class Adding(CommandTest):
                     'T,"Density, kg/m³"\n280,999.91\n300,996.56\n')
         self.assertIn("Brine (2), mixture of 0.75 Water + 0.25 Salt", self.output("list", self.database))
 
+    def test_takes_numbers_as_people_write_them(self):
+        self.output("add", "substance", self.database, "Rock", "--solid", "Bed")
+        for number, (options, value) in {
+            11: (["--value", "-1e-6"], "-1e-06"), 7: (["--value=-1"], "-1"), 8: (["--value", "+3."], "3"),
+            9: (["--value", "-1", "-.5", "0"], "-1 -0.5 0"), 12: (["--lang=ru", "--value=-.25"], "-0.25"),
+        }.items():
+            owner = ["--phase", "Bed"] if number != 11 else []
+            parameter = number if owner else 1
+            self.output("add", "parameter", self.database, "Rock", parameter, *owner, *options)
+            self.assertEqual(value, self.output("get", self.database, "Rock", parameter, *owner).rpartition(" ")[0])
+
     def test_refuses_without_writing(self):
         self.output("add", "substance", self.database, "Water", "--liquid", "Liquid", "--gas", "Steam")
         before = snapshot(self.database)
         density = ["parameter", "Water", "Density", "--phase", "Steam", "--file", "-"]
+        value = ["parameter", "Water", "Density", "--phase", "Steam", "--value"]
+        blank = "begins or ends with a blank, which would be part of it"
         for arguments, stdin, message in [
             (["substance", "Water", "--solid", "Ice"], "",
              "cannot add the substance: the name is taken (-14): Cannot append a substance because a duplicated name, "
              "Water"),
             (["substance", "x" * 50, "--solid", "Ice"], "", "the name has 50 characters; 49 fit"),
-            (["substance", "Mix", "--component", "0:0.6", "--component", "0:0.6", "--gas", "Gas"], "",
-             "the molar fractions add up to 1.2; they must add up to 0.99 to 1"),
+            (["substance", "", "--solid", "Ice"], "", "the name is empty"),
+            (["substance", "  ", "--solid", "Ice"], "", f"the name {blank}"),
+            (["substance", "Salt ", "--solid", "Ice"], "", f"the name {blank}"),
+            (["substance", "Salt", "--solid", "\u3000Ice"], "", f"the phase's name {blank}"),
+            (["substance", "Salt", "--solid", "a\tb"], "", "the phase's name holds a control character"),
+            (["substance", "Salt\x85", "--solid", "Ice"], "", "the name holds a control character"),
+            (["substance", "Mix", "--component", "0:0.6", "--component", "Water:0.4", "--gas", "Gas"], "",
+             '"Water:0.4": this component is named twice'),
+            (["substance", "Mix", "--component", "0:inf", "--component", "0:0.6", "--gas", "Gas"], "",
+             '"0:inf" is no component: write SUBSTANCE:FRACTION with a fraction above 0'),
+            (["substance", "Mix", "--component", "0:0.6", "--gas", "Gas"], "",
+             "a mixture has two components or more"),
             (["change", "Water", "Boiling", "--from", "Liquid", "--to", "Vapour"], "",
              'no phase of Water is called "Vapour"; there are: Liquid (0), Steam (1)'),
             (["parameter", "Water", "11", "--phase", "Steam", "--value", "1"], "",
              "cannot add the parameter: the parameter's description does not offer it for the phase's aggregate state "
              "(-19): Incorrect parameter for the phase AS, ParamID=11AS=3"),
+            *((value + [text], "", f'--value takes finite numbers, and "{text}" is none; it is the last option on '
+               "the line") for text in ("nan", "inf", "-inf", "1e400", "0x1F", "1,5", "4x3", "")),
             (density, "T,rho\n280,999.9\n300,heavy\n290\n", "nothing is added:\n"
              'standard input: row 2 (line 3), column 2: "heavy" is not a number\n'
              "standard input: row 3 (line 4): the number of columns is 1, in the first row it is 2"),
@@ -318,39 +373,40 @@ class Adding(CommandTest):
              "280.0001"),
             (density, "1 280 1\n2 280 1\n1 290 2\n", "nothing is added:\nstandard input: row 3 (line 3), column 1: the "
              "first argument 1 has rows further up: they must stand together"),
+            (density, "280 inf\n", 'nothing is added:\nstandard input: row 1 (line 1), column 2: "inf" is not a number'),
             (density, "", "standard input holds no row of numbers"),
         ]:
-            self.expect(["add", arguments[0], self.database, *arguments[1:]], "", 2, f"qmdb: {message}\n", stdin)
+            self.expect(["add", arguments[0], self.database, *arguments[1:]], "", 2, prefixed(message), stdin)
+        for encoding in ("utf-16", "utf-16-le", "utf-16-be"):
+            Path(self.scratch, "rows.csv").write_bytes("T,rho\n280,1\n".encode(encoding))
+            self.expect(["add", "parameter", self.database, *density[1:-1], "rows.csv"], "", 2,
+                        prefixed('rows.csv is encoded as UTF-16; save it as UTF-8, for example with "iconv -f UTF-16"'))
         self.assertEqual(before, snapshot(self.database))
 
+    def test_adds_from_many_commands_at_once(self):
+        names = [f"S{number}" for number in range(12)]
+        running = [subprocess.Popen([COMMAND, "add", "substance", self.database, name, "--solid", "Solid"],
+                                    stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, encoding="utf-8")
+                   for name in names]
+        waiting = f'qmdb: note: waiting for another command that changes "{self.database}"\n'
+        for process in running:
+            self.assertIn(process.communicate()[1], ("", waiting))
+            self.assertEqual(0, process.returncode)
+        listed = json.loads(self.output("list", self.database, "--json"))
+        self.assertEqual(sorted(names), sorted(substance["name"] for substance in listed))
+        self.assertEqual(list(range(12)), sorted(substance["id"] for substance in listed))
 
-class Exporting(CommandTest):
-    def test_fills_sqlite_with_all_that_a_generated_database_holds(self):
-        substances, rows = 40, 25
-        tree = {}
-        for i in range(3, 3 + substances):
-            table = "".join(f"{j} {i}.{j:02}\n" for j in range(rows))
-            phase = f"S{i}/P/"
-            tree |= {f"S{i}/s.mtd": keys(Composition="", ID=i, Mixture=0, Name=f"Substance {i}"),
-                     phase + "p.phd": keys(Aggreg=1, ID=0, Name="Solid"), phase + "d.prh": head(1, 2, 0, "d.dat"),
-                     phase + "d.dat": table}
-        write(self.database, tree)
-        file = Path(self.scratch, "all.sqlite")
-        self.expect(["export", self.database, "--sqlite", file], "")
-        lines = self.output("export", self.database).count("\n") - 1
-        with sqlite3.connect(file) as connection:
-            def ask(question):
-                return connection.execute(question).fetchone()[0]
-            self.assertEqual(3 + substances, ask("SELECT count(*) FROM substance"))
-            self.assertEqual(substances * rows + 16, ask("SELECT count(*) FROM point"))
-            self.assertEqual(lines, ask("SELECT count(*) FROM tidy"))
-            self.assertEqual("ok", ask("PRAGMA integrity_check"))
-            self.assertEqual([], connection.execute("PRAGMA foreign_key_check").fetchall())
-            self.assertEqual([(0, 0.75), (2, 0.25)], connection.execute(
-                "SELECT component_id, molar_fraction FROM component").fetchall())
-            self.assertEqual(17.04, ask("SELECT value FROM tidy WHERE substance_id = 17 AND first_argument = 4"))
-        self.expect(["export", self.database, "--sqlite", file], "", 2,
-                    f'qmdb: "{file}" exists already; remove it first or give another name\n')
+    def test_waits_for_the_holder_of_the_lock(self):
+        held = os.open(self.database, os.O_RDONLY)
+        fcntl.flock(held, fcntl.LOCK_EX)
+        with subprocess.Popen([COMMAND, "add", "substance", self.database, "Late", "--gas", "G"],
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8") as process:
+            self.assertIn("waiting for another command", process.stderr.readline())
+            # What was added meanwhile is seen: the database is opened behind the lock.
+            write(self.database, {"First/First.mtd": keys(Composition="", ID=0, Mixture=0, Name="First"),
+                                  "First/P/P.phd": keys(Aggreg=1, ID=0, Name="Solid")})
+            os.close(held)
+            self.assertEqual("added substance Late (1)\n", process.stdout.readline())
 
 
 if __name__ == "__main__":

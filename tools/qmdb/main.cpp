@@ -1,6 +1,14 @@
-#include "command.h"
-#include "failure.h"
-#include "text.h"
+#include "commands/add.h"
+#include "commands/check.h"
+#include "commands/export.h"
+#include "commands/get.h"
+#include "commands/list.h"
+#include "commands/new.h"
+#include "commands/plot.h"
+#include "common/encodings.h"
+#include "common/failure.h"
+#include "common/leftovers.h"
+#include "common/names.h"
 
 #include <algorithm>
 #include <clocale>
@@ -20,9 +28,51 @@ void setLocale()
     std::setlocale(LC_NUMERIC, "C");
 }
 
-int run(int count, char** arguments)
+/// An argument in UTF-8. The parser takes "-.5" for an option, but not "-0.5".
+std::string argumentText(const char* argument)
 {
-    CLI::App app("Looks at, checks, draws, fills and hands on a database of material properties", "qmdb");
+    std::string text = tool::fromLocale(argument);
+    const bool bareFraction = text.size() > 2 && text.starts_with("-.") && text[2] >= '0' && text[2] <= '9';
+    return bareFraction ? "-0" + text.substr(1) : text;
+}
+
+/// Throws Failure when a word stands where a command should; the parser would not name it.
+void requireCommands(const CLI::App& app, const std::vector<std::string>& words)
+{
+    const CLI::App* parent = &app;
+    for (const std::string& word : words) {
+        std::vector<std::string> names;
+        const auto isNamed = [](const CLI::App* command) { return !command->get_name().empty(); };
+        for (const CLI::App* command : parent->get_subcommands(isNamed)) { // option groups have no name
+            names.push_back(command->get_name());
+        }
+        if (names.empty() || word.starts_with('-')) {
+            return;
+        }
+        if (std::ranges::find(names, word) == names.end()) {
+            const auto near = tool::nearMatches(names, word);
+            throw tool::Failure("there is no command \"{}\"; {}: {}", word,
+                near.empty() ? "there are" : "near matches", fmt::join(near.empty() ? names : near, ", "));
+        }
+        parent = parent->get_subcommand(word);
+    }
+}
+
+/// The parser's words, and which command explains what to write.
+std::string usageText(const CLI::App& app, const CLI::ParseError& error)
+{
+    const CLI::App* innermost = &app;
+    std::string command = app.get_name();
+    while (!innermost->get_subcommands().empty()) {
+        innermost = innermost->get_subcommands().front();
+        command += " " + innermost->get_name();
+    }
+    return fmt::format("{}\n\"{} --help\" tells what to write", error.what(), command);
+}
+
+int run(const std::vector<std::string>& words)
+{
+    CLI::App app("Lists, checks, draws, fills and exports a database of material properties", "qmdb");
     app.set_version_flag("--version", "qmdb " QMDB_VERSION);
     app.require_subcommand(1);
     tool::Action action;
@@ -30,15 +80,26 @@ int run(int count, char** arguments)
              tool::addCheckCommand, tool::addExportCommand, tool::addAddCommand, tool::addNewCommand }) {
         add(app, action);
     }
-    std::vector<std::string> texts;
-    std::transform(arguments + 1, arguments + count, std::back_inserter(texts), tool::fromLocale);
-    std::ranges::reverse(texts); // the order in which the parser takes them
+    requireCommands(app, words);
     try {
-        app.parse(texts);
+        app.parse(std::vector<std::string>(words.rbegin(), words.rend())); // the order that it takes
+    } catch (const CLI::Success& answer) {
+        return app.exit(answer);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? tool::ExitDone : tool::ExitFailed;
+        throw tool::Failure(usageText(app, error));
     }
     return action();
+}
+
+/// Tells what went wrong, each line with the command's name.
+int report(std::string_view message, int status)
+{
+    for (std::size_t end = 0; end != std::string_view::npos;) {
+        end = message.find('\n');
+        fmt::print(stderr, "qmdb: {}\n", message.substr(0, end));
+        message.remove_prefix(end == std::string_view::npos ? message.size() : end + 1);
+    }
+    return status;
 }
 
 } // namespace
@@ -47,12 +108,16 @@ int main(int count, char** arguments)
 {
     setLocale();
     std::signal(SIGPIPE, SIG_IGN); // writing reports a closed pipe instead
+    tool::removeLeftoversWhenInterrupted();
     try {
-        return run(count, arguments);
+        std::vector<std::string> words;
+        std::transform(arguments + 1, arguments + count, std::back_inserter(words), argumentText);
+        return run(words);
     } catch (const tool::ClosedPipe&) {
         return tool::ExitDone;
+    } catch (const tool::Failure& failure) {
+        return report(failure.what(), failure.status());
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "qmdb: %s\n", error.what());
-        return tool::ExitFailed;
+        return report(error.what(), tool::ExitFailed);
     }
 }

@@ -1,5 +1,7 @@
 #include "check/Descriptor.h"
 
+#include "common/shown.h"
+
 #include "files/conversions.h"
 #include "files/descriptorLine.h"
 #include "qm/CQMTranscoder.h"

@@ -1,7 +1,5 @@
 #include "check/Findings.h"
 
-#include "text.h"
-
 #include <algorithm>
 
 namespace tool::check {
@@ -10,16 +8,6 @@ std::size_t Findings::count(Severity severity) const
 {
     const auto same = [severity](const Finding& finding) { return finding.severity == severity; };
     return static_cast<std::size_t>(std::ranges::count_if(findings_, same));
-}
-
-std::string shown(std::string_view text)
-{
-    constexpr std::size_t mostCharacters = 60;
-    std::wstring wide = toWide(text);
-    std::ranges::replace_if(
-        wide, [](wchar_t character) { return character >= 0 && character < L' '; }, L'?');
-    const bool whole = wide.size() <= mostCharacters;
-    return '"' + toUtf8(wide.substr(0, mostCharacters)) + (whole ? "\"" : "...\"");
 }
 
 } // namespace tool::check

@@ -55,7 +55,4 @@ private:
     std::set<Finding> findings_;
 };
 
-/// A text of a file in quotes, fit for a message: shortened, and without control characters.
-std::string shown(std::string_view text);
-
 } // namespace tool::check

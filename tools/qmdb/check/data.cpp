@@ -1,6 +1,8 @@
 #include "check/data.h"
 
+#include "check/dataFile.h"
 #include "check/listing.h"
+#include "common/shown.h"
 
 #include "qm/CQMFileSystem.h"
 

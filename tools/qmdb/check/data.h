@@ -8,7 +8,4 @@ namespace tool::check {
 /// data files that no head names.
 void checkData(Context& context, const Entity& owner);
 
-/// Reports every line of a data file that keeps the file from being read, or is not read as it stands.
-void checkDataFile(Context& context, const std::string& file, long type, bool vector);
-
 } // namespace tool::check

@@ -1,4 +1,6 @@
-#include "check/data.h"
+#include "check/dataFile.h"
+
+#include "common/shown.h"
 
 #include "files/conversions.h"
 #include "files/descriptorLine.h"

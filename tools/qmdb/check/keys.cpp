@@ -1,6 +1,8 @@
 #include "check/keys.h"
 
-#include "names.h"
+#include "common/names.h"
+#include "common/numbers.h"
+#include "common/shown.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,8 @@
 #include "check/listing.h"
 
-#include "failure.h"
-#include "text.h"
+#include "common/encodings.h"
+#include "common/failure.h"
+#include "common/names.h"
 
 #include "qm/CQMFileSystem.h"
 

@@ -1,6 +1,7 @@
 #include "check/references.h"
 
-#include "values.h"
+#include "check/mixtures.h"
+#include "database/flatTable.h"
 
 #include <fmt/format.h>
 #include <map>

@@ -81,6 +81,8 @@ void readSubdirectory(Context& context, const std::string& directory, SubstanceT
     }
 }
 
+} // namespace
+
 void readSubstance(Context& context, const std::string& directory, Tree& tree)
 {
     const Listing listing = list(context, directory);
@@ -101,8 +103,6 @@ void readSubstance(Context& context, const std::string& directory, Tree& tree)
     reportStrayFiles(context, listing, { "mtd", "prh", "dat" });
     tree.substances.push_back(std::move(substance));
 }
-
-} // namespace
 
 Tree readTree(Context& context)
 {

@@ -30,4 +30,7 @@ struct Tree {
 /// wrong with them, and reports what is wrong with each and which files and directories are never read.
 Tree readTree(Context& context);
 
+/// Reads what one directory below the database's own holds, and appends it when it is a substance.
+void readSubstance(Context& context, const std::string& directory, Tree& tree);
+
 } // namespace tool::check

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+/// A text that is a whole number and nothing else.
+std::optional<long> asWholeNumber(std::string_view text);
+
+/// A text that is a finite decimal number and nothing else.
+std::optional<double> asFiniteNumber(std::string_view text);
+
+/// A number in the shortest form that reads back as the same number; "nan" whatever its sign is.
+std::string numberText(double number);
+
+} // namespace tool

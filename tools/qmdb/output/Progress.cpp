@@ -1,0 +1,41 @@
+#include "output/Progress.h"
+
+#include <cstdio>
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace tool {
+
+namespace {
+
+constexpr std::chrono::milliseconds firstShownAfter { 1000 };
+constexpr std::chrono::milliseconds shownEvery { 100 };
+
+} // namespace
+
+Progress::Progress(std::size_t total)
+    : total_(total)
+    , terminal_(::isatty(STDERR_FILENO) == 1)
+    , next_(Clock::now() + firstShownAfter)
+{
+}
+
+Progress::~Progress()
+{
+    if (shown_) {
+        std::fputs("\r\033[K", stderr);
+    }
+}
+
+void Progress::step()
+{
+    ++done_;
+    if (!terminal_ || Clock::now() < next_) {
+        return;
+    }
+    fmt::print(stderr, "\r\033[K{} of {} substances", done_, total_);
+    shown_ = true;
+    next_ = Clock::now() + shownEvery;
+}
+
+} // namespace tool

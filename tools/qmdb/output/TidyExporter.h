@@ -1,0 +1,14 @@
+#pragma once
+
+#include "output/Exporter.h"
+
+#include <memory>
+
+namespace tool {
+
+/// Rows in long form, one a number, into `file` or standard output.
+std::unique_ptr<Exporter> exportCsv(const std::string& file);
+/// One JSON object a row, one a line; in brackets when `array` is set.
+std::unique_ptr<Exporter> exportJson(const std::string& file, bool array);
+
+} // namespace tool

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "output/gnuplotScript.h"
+
+namespace tool {
+
+/// Draws into a file whose extension tells the kind of picture, svg, png or pdf; without a file into
+/// the terminal. Throws Failure when gnuplot is missing or fails.
+void draw(const Picture& picture, const std::string& file);
+
+} // namespace tool

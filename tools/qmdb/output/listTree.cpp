@@ -1,0 +1,150 @@
+#include "output/listTree.h"
+
+#include "common/names.h"
+#include "common/numbers.h"
+#include "output/columns.h"
+#include "output/referredNames.h"
+
+#include <array>
+
+namespace tool {
+
+namespace {
+
+/// A line of the tree: what stands at its branch, and for a parameter the columns behind it.
+struct Line {
+    std::string branch; ///< the drawing in front
+    std::string text;
+    std::vector<std::string> columns;
+    std::string error;
+};
+
+std::string rangeText(const ListedParameter& listed)
+{
+    const auto names = argumentNames(listed.parameter.type);
+    std::string text;
+    for (std::size_t i = 0; i < listed.ranges.size(); ++i) {
+        text += fmt::format("{}{} {} to {}", i == 0 ? "" : ", ", names[i], numberText(listed.ranges[i].least),
+            numberText(listed.ranges[i].most));
+    }
+    return text;
+}
+
+Line parameterLine(std::string branch, const ListedParameter& listed)
+{
+    const Parameter& parameter = listed.parameter;
+    Line line { std::move(branch), label(parameter.name, parameter.id), {}, listed.error };
+    line.columns = { typeText(parameter.type), parameter.vector ? "vector" : "scalar" };
+    if (listed.error.empty()) {
+        const std::string points
+            = fmt::format("{} {}", listed.points, listed.points == 1 ? "point" : "points");
+        line.columns.insert(line.columns.end(), { points, parameter.units, rangeText(listed) });
+    }
+    return line;
+}
+
+std::string substanceText(const Substance& substance, const std::vector<Substance>& all)
+{
+    const std::string parts = compositionText(substance, all);
+    std::string text;
+    if (substance.mixture > 0) {
+        text += fmt::format(", mixture{}{}", parts.empty() ? "" : " of ", parts);
+    }
+    return text + (substance.comment.empty() ? "" : ": ") + substance.comment;
+}
+
+std::string ownerLine(const Owner& owner, const ListedSubstance& substance)
+{
+    if (owner.kind == Owner::Kind::Phase) {
+        return fmt::format("phase {}, {}", label(owner.name, owner.id), stateText(owner.state));
+    }
+    std::vector<Owner> phases;
+    for (const ListedOwner& listed : substance.owners) {
+        if (listed.owner.kind == Owner::Kind::Phase) {
+            phases.push_back(listed.owner);
+        }
+    }
+    return fmt::format("change {}, {} to {}", label(owner.name, owner.id), nameById(owner.phase1, phases),
+        nameById(owner.phase2, phases));
+}
+
+void appendOwner(std::vector<Line>& lines, const ListedSubstance& substance, std::size_t index)
+{
+    const ListedOwner& listed = substance.owners[index];
+    const bool self = listed.owner.kind == Owner::Kind::Substance;
+    const bool lastOwner = index + 1 == substance.owners.size();
+    if (!self) {
+        lines.push_back({ lastOwner ? "└─ " : "├─ ", ownerLine(listed.owner, substance), {}, {} });
+    }
+    const std::string trunk = self ? "" : lastOwner ? "   " : "│  ";
+    for (std::size_t i = 0; i < listed.parameters.size(); ++i) {
+        const bool last = i + 1 == listed.parameters.size() && (!self || lastOwner);
+        lines.push_back(parameterLine(trunk + (last ? "└─ " : "├─ "), listed.parameters[i]));
+    }
+}
+
+std::vector<Line> linesOf(const ListedSubstance& listed)
+{
+    std::vector<Line> lines;
+    for (std::size_t i = 0; i < listed.owners.size(); ++i) {
+        appendOwner(lines, listed, i);
+    }
+    return lines;
+}
+
+/// Widths of the text with its branch and of each column behind it.
+std::array<std::size_t, 6> widthsOf(const std::vector<std::vector<Line>>& trees)
+{
+    std::array<std::size_t, 6> widths {};
+    for (const auto& lines : trees) {
+        for (const Line& line : lines) {
+            if (!line.columns.empty()) {
+                widths[0] = std::max(widths[0], displayWidth(line.branch + line.text));
+            }
+            for (std::size_t i = 0; i < line.columns.size(); ++i) {
+                widths[i + 1] = std::max(widths[i + 1], displayWidth(line.columns[i]));
+            }
+        }
+    }
+    return widths;
+}
+
+void printLine(Output& output, const Line& line, const std::array<std::size_t, 6>& widths)
+{
+    std::string columns;
+    for (std::size_t i = 0; i < line.columns.size(); ++i) {
+        constexpr std::size_t points = 2; // numbers end in one column
+        columns += "  ";
+        columns += i == points ? padLeft(line.columns[i], widths[i + 1])
+                               : padRight(line.columns[i], widths[i + 1]);
+    }
+    if (!line.error.empty()) {
+        columns += "  " + output.styled(fmt::fg(fmt::terminal_color::red), line.error);
+    }
+    columns.erase(columns.find_last_not_of(' ') + 1);
+    const std::size_t taken = displayWidth(line.branch);
+    const std::string text = columns.empty() ? line.text : padRight(line.text, widths[0] - taken);
+    output.print("{}{}{}\n", output.styled(fmt::emphasis::faint, line.branch), text, columns);
+}
+
+} // namespace
+
+void printTree(Output& output, const std::vector<ListedSubstance>& listed, const std::vector<Substance>& all)
+{
+    std::vector<std::vector<Line>> trees;
+    for (const ListedSubstance& substance : listed) {
+        trees.push_back(linesOf(substance));
+    }
+    const auto widths = widthsOf(trees);
+    for (std::size_t i = 0; i < listed.size(); ++i) {
+        const Substance& substance = listed[i].substance;
+        output.print("{}{}{}\n", i == 0 ? "" : "\n",
+            output.styled(fmt::emphasis::bold, label(substance.name, substance.id)),
+            substanceText(substance, all));
+        for (const Line& line : trees[i]) {
+            printLine(output, line, widths);
+        }
+    }
+}
+
+} // namespace tool

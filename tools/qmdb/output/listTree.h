@@ -1,0 +1,36 @@
+#pragma once
+
+#include "database/Database.h"
+#include "output/Output.h"
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+struct Range {
+    double least = 0;
+    double most = 0;
+};
+
+struct ListedParameter {
+    Parameter parameter;
+    std::size_t points = 0;
+    std::vector<Range> ranges; ///< of the arguments
+    std::string error; ///< why the value cannot be read; else empty
+};
+
+struct ListedOwner {
+    Owner owner;
+    std::vector<ListedParameter> parameters;
+};
+
+struct ListedSubstance {
+    Substance substance;
+    std::vector<ListedOwner> owners; ///< the substance itself first
+};
+
+/// An aligned tree. `all` are the substances of the database: mixtures name their components.
+void printTree(Output& output, const std::vector<ListedSubstance>& listed, const std::vector<Substance>& all);
+
+} // namespace tool
