@@ -71,7 +71,7 @@ private:
             if (reading_ == Reading::cut && size > 0) {
                 cut({ buffer_.data(), static_cast<std::size_t>(size) });
             }
-        } while (size == static_cast<ssize_t>(buffer_.size())); // a short read is the end of the file
+        } while (size > 0); // a short read need not be the end of a file
     }
 
     void cut(std::string_view text)

@@ -76,7 +76,6 @@ private:
     int fillMatter(const CMatter& matter, MATTER& record) const;
     int fillComposition(const CMatter& matter, MATTER& record) const;
     int listDescriptions(MATTER_STATE state, PARAMETERDESCR*& descrs, int& count) const;
-    void expandParamsList(PARAMETER* params, int count) const;
 
     bool isMatterNamePresent(std::string_view name) { return matterNames_.contains(matters_, name); }
     void setIdentity(CEntity& created, long& maxId, std::string_view name);

@@ -67,37 +67,21 @@ int CDatabase::getPhaseChanges(long matterId, PHASECHANGE*& changes, int& count)
 
 int CDatabase::getMatterParams(long matterId, PARAMETER*& params, int& count) const
 {
-    const int code
-        = onMatter(matterId, [&](const CMatter& matter) { return matter.heads.list(params, count); });
-    expandParamsList(params, count);
-    return code;
+    return onMatter(
+        matterId, [&](const CMatter& matter) { return matter.heads.list(parameters_, params, count); });
 }
 
 int CDatabase::getPhaseParams(long matterId, long phaseId, PARAMETER*& params, int& count) const
 {
-    const int code = onMatter(
-        matterId, [&](const CMatter& matter) { return matter.getPhaseParams(phaseId, params, count); });
-    expandParamsList(params, count);
-    return code;
+    return onMatter(matterId,
+        [&](const CMatter& matter) { return matter.getPhaseParams(phaseId, parameters_, params, count); });
 }
 
 int CDatabase::getPhaseChangeParams(long matterId, long phaseChangeId, PARAMETER*& params, int& count) const
 {
-    const int code = onMatter(matterId,
-        [&](const CMatter& matter) { return matter.getPhaseChangeParams(phaseChangeId, params, count); });
-    expandParamsList(params, count);
-    return code;
-}
-
-/// Adds name and units to the records of a list, which is empty after a failure.
-void CDatabase::expandParamsList(PARAMETER* params, int count) const
-{
-    for (int i = 0; i < count; ++i) {
-        if (const CParameter* description = parameters_.find(params[i].id)) {
-            format::copyWStringToWtchar(description->getName(), params[i].name);
-            format::copyWStringToWtchar(description->getUnits(), params[i].units);
-        }
-    }
+    return onMatter(matterId, [&](const CMatter& matter) {
+        return matter.getPhaseChangeParams(phaseChangeId, parameters_, params, count);
+    });
 }
 
 int CDatabase::getParamValue(

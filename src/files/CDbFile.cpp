@@ -136,7 +136,7 @@ int CDbFile::findFiles(
 int CDbFile::getFilesList(
     const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files)
 {
-    log.info("Process subdirectory: ", format::shown(*directory.path()));
+    log.info("Process subdirectory: ", CLog::Path { *directory.path() });
     if (const int code = directory.list(log); code != QMDB_OK) {
         return code;
     }
@@ -147,7 +147,7 @@ int CDbFile::getFilesList(
 int CDbFile::getFilesListDownLevel(
     const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files)
 {
-    log.info("Process subdirectory one level: ", format::shown(*directory.path()));
+    log.info("Process subdirectory one level: ", CLog::Path { *directory.path() });
     if (const int code = directory.list(log); code != QMDB_OK) {
         return code;
     }
@@ -159,7 +159,7 @@ int CDbFile::getFilesListDownLevel(
         if (count == 0) {
             log.info("No files");
         } else if (count > 1) {
-            log.error("More than one files: ", format::shown(subdirectory.name()));
+            log.error("More than one files: ", CLog::Path { subdirectory.name() });
             return QMDB_E_FILE;
         }
     }

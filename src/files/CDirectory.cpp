@@ -64,24 +64,24 @@ int CDirectory::list(const CLog& log)
         return QMDB_OK;
     }
     // Each scan reports it, though the directory is read once.
-    log.error("Cannot list directory: ", format::shown(*path_));
+    log.error("Cannot list directory: ", CLog::Path { *path_ });
     return isOutage(listError_) ? QMDB_E_FILE : QMDB_OK;
 }
 
 void CDirectory::readListing()
 {
-    if (format::text::toLocale(*path_).empty()) {
+    if (path_->empty() || (!format::text::isPlain(*path_) && format::text::toLocale(*path_).empty())) {
         throw qm::EQMException(qm::ErrorCode::InvalidArgument);
     }
     listed_ = true;
-    const std::string listed(format::scannedPath(*path_));
-    if (!listed.empty() && (listed == *path_ || listed + '/' == *path_)) {
+    const std::string_view listed = format::scannedPath(*path_);
+    if (!listed.empty() && (listed.size() == path_->size() || path_->ends_with('/'))) {
         open();
         listError_ = handle_ ? readEntries(handle_.get()) : openError_;
     } else {
         // Paths of entries lead through another directory than is listed, as those of "a\" through "a\/".
         const qm::FileHandle directory
-            = qm::CQMFileSystem::OpenDirectory({ AT_FDCWD, format::text::toLocale(listed) });
+            = qm::CQMFileSystem::OpenDirectory({ AT_FDCWD, format::text::toLocale(std::string(listed)) });
         listError_ = directory ? readEntries(directory.get()) : errno;
     }
     if (!staysOpen_) {
@@ -104,10 +104,9 @@ int CDirectory::readEntries(int descriptor)
 
 void CDirectory::open()
 {
-    const std::string ownName(name());
     // A name that could not be converted is empty; the path then leads to the parent.
-    handle_ = qm::CQMFileSystem::OpenDirectory(parent_ && !ownName.empty()
-            ? parent_->pathOf(ownName)
+    handle_ = qm::CQMFileSystem::OpenDirectory(parent_ && !name().empty()
+            ? parent_->pathOf(std::string(name()))
             : qm::NativePath { AT_FDCWD, format::text::toLocale(*path_) });
     openError_ = handle_ ? 0 : errno;
 }
@@ -142,17 +141,17 @@ bool CDirectory::flush() const noexcept
     return openError_ == EACCES;
 }
 
-qm::NativePath CDirectory::pathOf(const std::string& name) const
+qm::NativePath CDirectory::pathOf(std::string name) const
 {
     if (handle_) {
-        return { handle_.get(), format::text::toLocale(name) };
+        return { handle_.get(), format::text::toLocale(std::move(name)) };
     }
     if (!parent_) {
         return { AT_FDCWD, format::text::toLocale(format::joinPath(*path_, name)) };
     }
     // A name that could not be converted is empty, and must not make the path an absolute one.
     const std::string_view ownName = this->name();
-    return parent_->pathOf(ownName.empty() ? name : format::joinPath(ownName, name));
+    return parent_->pathOf(ownName.empty() ? std::move(name) : format::joinPath(ownName, name));
 }
 
 void CDirectory::close()

@@ -61,7 +61,7 @@ public:
     bool flush() const noexcept;
 
     /// Where an entry lies; valid as long as this directory stays as it is.
-    qm::NativePath pathOf(const std::string& name) const;
+    qm::NativePath pathOf(std::string name) const;
 
 private:
     struct Entry {

@@ -29,7 +29,8 @@ public:
     /// Bytes of the file that no line has been delivered from; 0 when that is not known, as of a device,
     /// which may have no end.
     std::size_t bytesAhead() const noexcept;
-    std::size_t bytesBuffered() const noexcept { return cutter_.ahead().size(); }
+    /// About as many lines as have been read ahead.
+    std::size_t linesBuffered() const noexcept;
     /// Bytes of the lines delivered.
     std::size_t bytesDelivered() const noexcept { return read_ - cutter_.ahead().size(); }
 

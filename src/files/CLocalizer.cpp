@@ -3,19 +3,21 @@
 #include "files/nextId.h"
 #include "format/numbers.h"
 
+#include <algorithm>
+
 CLocalizer::CLocalizer(CFilePath path, const CLog& log)
     : CDbFile(std::move(path), log)
 {
     CKeyMap::Entry entry;
     for (std::size_t position = 0; keys().next(position, entry);) {
-        texts_.emplace(entry.key, entry.value);
+        texts_.push_back(entry);
     }
 }
 
 std::string_view CLocalizer::getLocalString(std::string_view key, std::string_view defaultValue) const
 {
-    const auto found = texts_.find(key);
-    return found == texts_.end() ? defaultValue : found->second;
+    const Place place = find(key);
+    return place == Place::none ? defaultValue : textAt(place);
 }
 
 void CLocalizer::updateMaxStringID(long id)
@@ -31,9 +33,9 @@ long CLocalizer::increaseMaxStringID()
     return maxStringID_;
 }
 
-std::string_view CLocalizer::textOf(const CDbFile& object, format::Key idKey, format::Key textKey) const
+CLocalizer::Place CLocalizer::find(std::string_view key) const
 {
-    // An absent string ID looks the empty key up, which a table line that begins with "=" has.
-    const auto found = texts_.find(object.getParametr(idKey));
-    return found == texts_.end() ? object.getParametr(textKey) : found->second;
+    const auto found = std::ranges::lower_bound(texts_, key, {}, &CKeyMap::Entry::key);
+    return found != texts_.end() && found->key == key ? static_cast<Place>(found - texts_.begin())
+                                                      : Place::none;
 }

@@ -2,8 +2,10 @@
 
 #include "files/CDbFile.h"
 
+#include <cstdint>
+#include <limits>
 #include <string_view>
-#include <unordered_map>
+#include <vector>
 
 /// The string table of a database: texts by string ID, and the highest string ID in use.
 class CLocalizer : public CDbFile {
@@ -18,12 +20,16 @@ public:
     /// Advances the highest string ID to the next one that has no text, and returns it.
     long increaseMaxStringID();
 
-    /// The display text of an object: the table's text under the string ID that the object's `idKey`
-    /// holds, else the object's own text under `textKey`.
-    std::string_view textOf(const CDbFile& object, format::Key idKey, format::Key textKey) const;
+    /// Where a text stands in the table.
+    enum class Place : std::uint32_t { none = std::numeric_limits<std::uint32_t>::max() };
+
+    Place find(std::string_view key) const;
+    std::string_view textAt(Place place) const noexcept
+    {
+        return texts_[static_cast<std::size_t>(place)].value;
+    }
 
 private:
-    /// Views into the key map.
-    std::unordered_map<std::string_view, std::string_view> texts_;
+    std::vector<CKeyMap::Entry> texts_; ///< views into the key map, in its order
     long maxStringID_ = -1;
 };

@@ -1,13 +1,12 @@
 #include "files/CLog.h"
 
 #include "format/innerText.h"
-#include "format/paths.h"
 #include "qm/CQMOutputFile.h"
 #include "qm/EQMException.h"
 
-void CLog::writeLogMessage(std::string_view message, bool info) const
+void CLog::writeLogMessage(std::string message, bool info) const
 {
-    if (const std::optional<std::string> bytes = format::text::toUtf8(message)) {
+    if (const std::optional<std::string> bytes = format::text::toUtf8(std::move(message))) {
         qm::appendToFile(logFile(), (info ? "" : "ERROR: ") + *bytes + '\n');
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "format/numbers.h"
+#include "format/paths.h"
 #include "qm/CQMFileSystem.h"
 
 #include <concepts>
@@ -13,6 +14,11 @@
 class CLog {
 public:
     static constexpr std::string_view s_logFileName = "qmdb.log";
+
+    /// A part of a message that is a path; it is made fit for the log only when the line is written.
+    struct Path {
+        std::string_view text;
+    };
 
     CLog(std::string_view logDir, bool logInfo)
         : logDir_(logDir)
@@ -37,7 +43,7 @@ public:
     }
 
     /// A message that cannot be encoded is dropped.
-    void writeLogMessage(std::string_view message, bool info) const;
+    void writeLogMessage(std::string message, bool info) const;
 
     void deleteLogFile() const;
 
@@ -51,11 +57,12 @@ private:
     try {
         std::string message;
         (append(message, parts), ...);
-        writeLogMessage(message, info);
+        writeLogMessage(std::move(message), info);
     } catch (const std::exception&) {
         return;
     }
     static void append(std::string& message, std::string_view part) { message += part; }
+    static void append(std::string& message, Path path) { message += format::shown(path.text); }
     static void append(std::string& message, std::integral auto number)
     {
         message += format::long2wstr(static_cast<unsigned long>(number));

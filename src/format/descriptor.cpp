@@ -55,8 +55,8 @@ CDescriptorParser::Result CDescriptorParser::parse(std::string_view bytes)
 
 bool appendEntry(std::string& bytes, std::string_view key, std::string_view value)
 {
-    const std::optional<std::string> keyBytes = text::toUtf8(key);
-    const std::optional<std::string> valueBytes = text::toUtf8(value);
+    const std::optional<std::string> keyBytes = text::toUtf8(std::string(key));
+    const std::optional<std::string> valueBytes = text::toUtf8(std::string(value));
     if (!keyBytes || !valueBytes) {
         return false;
     }

@@ -96,7 +96,7 @@ void append(std::string& text, char32_t codePoint)
 std::string fromWide(std::wstring_view wide)
 {
     std::string text;
-    text.reserve(wide.size());
+    text.reserve(2 * wide.size()); // enough for most that is not English
     for (const wchar_t c : wide) {
         append(text, static_cast<char32_t>(c));
     }
@@ -105,11 +105,12 @@ std::string fromWide(std::wstring_view wide)
 
 std::wstring toWide(std::string_view text)
 {
-    std::wstring wide;
-    wide.reserve(text.size());
+    std::wstring wide(text.size(), L'\0');
+    std::size_t length = 0;
     while (!text.empty()) {
-        wide += static_cast<wchar_t>(takeFirst(text));
+        wide[length++] = static_cast<wchar_t>(takeFirst(text));
     }
+    wide.resize(length);
     return wide;
 }
 
@@ -129,12 +130,12 @@ std::optional<std::string> fromUtf8(std::string_view bytes)
     return text;
 }
 
-std::optional<std::string> toUtf8(std::string_view text)
+std::optional<std::string> toUtf8(std::string text)
 {
     if (holdsValueBeyondUnicode(text)) {
         return std::nullopt;
     }
-    return std::string(text); // up to there the two are the same
+    return text; // up to there the two are the same
 }
 
 std::string fromLocale(std::string_view bytes)
@@ -144,10 +145,12 @@ std::string fromLocale(std::string_view bytes)
         : fromWide(qm::CQMTranscoder::AnsiToWide(bytes));
 }
 
-std::string toLocale(std::string_view text)
+std::string toLocale(std::string text)
 {
-    return isPlain(text) && qm::CQMTranscoder::IsAnsiAscii() ? std::string(text)
-                                                             : qm::CQMTranscoder::WideToAnsi(toWide(text));
+    if (isPlain(text) && qm::CQMTranscoder::IsAnsiAscii()) {
+        return text;
+    }
+    return qm::CQMTranscoder::WideToAnsi(toWide(text));
 }
 
 char32_t takeFirst(std::string_view& text) noexcept

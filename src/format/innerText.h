@@ -25,10 +25,10 @@ std::wstring toWide(std::string_view text);
 /// None for bytes that are not UTF-8; overlong forms and surrogates pass.
 std::optional<std::string> fromUtf8(std::string_view bytes);
 /// None when a value has no UTF-8 form (0x110000 and above).
-std::optional<std::string> toUtf8(std::string_view text);
+std::optional<std::string> toUtf8(std::string text);
 
 /// Empty when the text is empty or the locale cannot convert it. The text ends at its first NUL.
 std::string fromLocale(std::string_view bytes);
-std::string toLocale(std::string_view text);
+std::string toLocale(std::string text);
 
 } // namespace format::text

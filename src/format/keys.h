@@ -48,16 +48,31 @@ constexpr std::string_view textOf(Key key) noexcept
     return keyTexts[static_cast<std::size_t>(key)];
 }
 
+namespace detail {
+
+/// Where the keys of each first letter begin, from "A" to the one after "Z": half the time of a search.
+inline constexpr auto firstOfLetter = [] {
+    std::array<unsigned char, 27> first {};
+    for (std::size_t letter = 0; letter < first.size(); ++letter) {
+        const auto before
+            = [&](std::string_view key) { return key.front() < static_cast<char>('A' + letter); };
+        first.at(letter) = static_cast<unsigned char>(std::ranges::count_if(keyTexts, before));
+    }
+    return first;
+}();
+
+} // namespace detail
+
 constexpr std::optional<Key> findKey(std::string_view text) noexcept
 {
-    if (text.empty()) {
+    const std::size_t letter
+        = text.empty() ? std::string_view::npos : static_cast<std::size_t>(text.front() - 'A');
+    if (letter >= detail::firstOfLetter.size() - 1) {
         return std::nullopt;
     }
-    auto known = std::ranges::lower_bound(
-        keyTexts, text.front(), {}, [](std::string_view key) { return key.front(); });
-    for (; known != keyTexts.end() && known->front() == text.front(); ++known) {
-        if (*known == text) {
-            return static_cast<Key>(known - keyTexts.begin());
+    for (std::size_t i = detail::firstOfLetter[letter]; i < detail::firstOfLetter[letter + 1]; ++i) {
+        if (keyTexts[i] == text) {
+            return static_cast<Key>(i);
         }
     }
     return std::nullopt;

@@ -10,8 +10,13 @@ void copyWStringToWtchar(std::string_view text, std::span<wchar_t> destination) 
 {
     auto at = destination.begin();
     const auto last = destination.end() - 1;
-    while (at != last && !text.empty()) {
-        *at++ = static_cast<wchar_t>(text::takeFirst(text));
+    if (text::isPlain(text)) {
+        const std::size_t length = std::min(text.size(), destination.size() - 1);
+        at = std::copy_n(text.begin(), length, at);
+    } else {
+        while (at != last && !text.empty()) {
+            *at++ = static_cast<wchar_t>(text::takeFirst(text));
+        }
     }
     std::fill(at, destination.end(), L'\0');
 }

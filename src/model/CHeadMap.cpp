@@ -10,12 +10,16 @@ int CHeadMap::load(CDirectory& directory, const CLog& log, const LoadMessages& m
         [&log](const FoundFile& file) { return CParameterData(file, log); }, [](const CParameterData&) {});
 }
 
-int CHeadMap::list(PARAMETER*& params, int& count) const
+int CHeadMap::list(const CIdMap<CParameter>& descriptions, PARAMETER*& params, int& count) const
 {
-    return listRecords(heads_, params, count, [](const CParameterData& head, PARAMETER& record) {
+    const auto fill = [&](long id, const CParameterData& head, PARAMETER& record) {
+        const CParameter* const description = descriptions.find(id);
+        record = description ? description->described() : PARAMETER {};
+        record.id = id;
         record.type = head.getType();
         record.vector = head.isVector();
-    });
+    };
+    return listRecords(heads_, params, count, fill);
 }
 
 int CHeadMap::getParamData(long paramId, IDbData*& value) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/CIdMap.h"
+#include "model/CParameter.h"
 #include "model/CParameterData.h"
 #include "model/loading.h"
 
@@ -10,8 +11,8 @@ public:
     /// Loads the heads that lie directly in the owner's directory.
     int load(CDirectory& directory, const CLog& log, const LoadMessages& messages);
 
-    /// Lists the heads; -9 when there is none. Names and units stay empty.
-    int list(PARAMETER*& params, int& count) const;
+    /// Lists the heads, with names and units as far as they are described; -9 when there is none.
+    int list(const CIdMap<CParameter>& descriptions, PARAMETER*& params, int& count) const;
 
     /// Reads one value; -9 when there is no head at all, -2 when none has the ID.
     int getParamData(long paramId, IDbData*& value) const;

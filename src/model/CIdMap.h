@@ -23,7 +23,7 @@ public:
     void reserve(std::size_t count) { loaded_.reserve(count); }
 
     /// Appends loaded objects in any order; they can be found once sort() has been called.
-    void append(long id, Object&& object) { loaded_.push_back({ id, std::move(object) }); }
+    void append(long id, Object&& object) { loaded_.emplace_back(id, std::move(object)); }
 
     /// Brings the loaded objects in order. Of objects with one ID the one appended last stands.
     void sort()
@@ -99,6 +99,12 @@ public:
 
 private:
     struct Entry {
+        Entry(long id, Object&& object)
+            : id(id)
+            , object(std::move(object))
+        {
+        }
+
         long id;
         Object object;
     };

@@ -7,11 +7,12 @@
 namespace {
 
 template <class Owner>
-int listParams(const CIdMap<Owner>& owners, long ownerId, PARAMETER*& params, int& count)
+int listParams(const CIdMap<Owner>& owners, long ownerId, const CIdMap<CParameter>& descriptions,
+    PARAMETER*& params, int& count)
 {
     const Owner* owner = nullptr;
     const int code = find(owners, ownerId, owner);
-    return code == QMDB_OK ? owner->heads.list(params, count) : code;
+    return code == QMDB_OK ? owner->heads.list(descriptions, params, count) : code;
 }
 
 template <class Owner>
@@ -26,7 +27,9 @@ int readValue(const CIdMap<Owner>& owners, long ownerId, long paramId, IDbData*&
 
 int CMatter::getPhases(PHASE*& records, int& count) const
 {
-    return listRecords(phases, records, count, [](const CPhase& phase, PHASE& record) {
+    return listRecords(phases, records, count, [](long id, const CPhase& phase, PHASE& record) {
+        record = {};
+        record.id = id;
         format::copyWStringToWtchar(phase.getName(), record.name);
         record.aggreg = phase.getAggreg();
     });
@@ -34,21 +37,25 @@ int CMatter::getPhases(PHASE*& records, int& count) const
 
 int CMatter::getPhaseChanges(PHASECHANGE*& records, int& count) const
 {
-    return listRecords(phaseChanges, records, count, [](const CPhaseChange& change, PHASECHANGE& record) {
-        format::copyWStringToWtchar(change.getName(), record.name);
-        record.phase1 = change.getPhase1();
-        record.phase2 = change.getPhase2();
-    });
+    return listRecords(
+        phaseChanges, records, count, [](long id, const CPhaseChange& change, PHASECHANGE& record) {
+            record.id = id;
+            format::copyWStringToWtchar(change.getName(), record.name);
+            record.phase1 = change.getPhase1();
+            record.phase2 = change.getPhase2();
+        });
 }
 
-int CMatter::getPhaseParams(long phaseId, PARAMETER*& params, int& count) const
+int CMatter::getPhaseParams(
+    long phaseId, const CIdMap<CParameter>& descriptions, PARAMETER*& params, int& count) const
 {
-    return listParams(phases, phaseId, params, count);
+    return listParams(phases, phaseId, descriptions, params, count);
 }
 
-int CMatter::getPhaseChangeParams(long phaseChangeId, PARAMETER*& params, int& count) const
+int CMatter::getPhaseChangeParams(
+    long phaseChangeId, const CIdMap<CParameter>& descriptions, PARAMETER*& params, int& count) const
 {
-    return listParams(phaseChanges, phaseChangeId, params, count);
+    return listParams(phaseChanges, phaseChangeId, descriptions, params, count);
 }
 
 int CMatter::getParamValue(long phaseId, long phaseChangeId, long paramId, IDbData*& value) const

@@ -20,7 +20,7 @@ public:
     /// Reads the descriptor and everything below its directory, up to the first child that fails.
     CMatter(const FoundFile& file, const CLog& log, CLocalizer& localizer);
 
-    std::string_view getComment() const { return localizer().textOf(*this, s_CommentIDKey, s_CommentKey); }
+    std::string_view getComment() const { return textOf(placeOf(s_CommentIDKey), s_CommentKey); }
     long getMixture() const { return getNumber(s_MixtureKey); }
     std::string_view getComposition() const noexcept { return getParametr(s_CompositionKey); }
 
@@ -31,8 +31,10 @@ public:
 
     int getPhases(PHASE*& records, int& count) const;
     int getPhaseChanges(PHASECHANGE*& records, int& count) const;
-    int getPhaseParams(long phaseId, PARAMETER*& params, int& count) const;
-    int getPhaseChangeParams(long phaseChangeId, PARAMETER*& params, int& count) const;
+    int getPhaseParams(
+        long phaseId, const CIdMap<CParameter>& descriptions, PARAMETER*& params, int& count) const;
+    int getPhaseChangeParams(
+        long phaseChangeId, const CIdMap<CParameter>& descriptions, PARAMETER*& params, int& count) const;
 
     /// The substance's own parameter when both IDs are -1, else the phase's, else the phase change's.
     int getParamValue(long phaseId, long phaseChangeId, long paramId, IDbData*& value) const;

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "model/CEntity.h"
+#include "qmdatabase/records.h"
+
+#include <memory>
 
 /// One parameter description: what a property is, once for the whole database.
 class CParameter : public CEntity {
@@ -15,10 +18,17 @@ public:
 
     CParameter(const FoundFile& file, const CLog& log, CLocalizer& localizer);
 
-    std::string_view getUnits() const { return localizer().textOf(*this, s_UnitsIDKey, s_UnitsKey); }
+    std::string_view getUnits() const { return textOf(placeOf(s_UnitsIDKey), s_UnitsKey); }
     bool getBinaryFlag() const noexcept { return getFlag(s_BinaryKey); }
     bool getScalarFlag() const noexcept { return getFlag(s_ScalarKey); }
     bool getVectorFlag() const noexcept { return getFlag(s_VectorKey); }
     std::string_view getAvForPhases() const noexcept { return getParametr(s_AvForPhasesKey); }
     std::string_view getDataTypes() const noexcept { return getParametr(s_DataTypesKey); }
+
+    /// A parameter's record with name and units and nothing else.
+    const PARAMETER& described() const;
+
+private:
+    /// Name and units, widened when they are first asked for: lists repeat them very often.
+    mutable std::unique_ptr<PARAMETER> described_;
 };

@@ -39,8 +39,7 @@ public:
     bool hitEnd() const noexcept { return lines_.hitEnd(); }
 
     // What the rest of the file may hold, to size arrays by.
-    std::size_t lineLength() const noexcept { return bytes_.size() + 1; }
-    std::size_t bytesBuffered() const noexcept { return lines_.bytesBuffered(); }
+    std::size_t linesBuffered() const noexcept { return lines_.linesBuffered(); }
     std::size_t bytesAhead() const noexcept { return lines_.bytesAhead(); }
     std::size_t bytesDelivered() const noexcept { return lines_.bytesDelivered(); }
 

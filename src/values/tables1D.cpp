@@ -8,13 +8,12 @@ namespace values {
 
 namespace {
 
-/// How many rows to make room for when there is none left: those that are buffered if all are as long as the
-/// first, later as many as the file's size calls for.
+/// How many rows to make room for when there is none left: those that are buffered, later as many as the
+/// file's size calls for.
 std::size_t expectedRows(const CDataFile& file, std::size_t count)
 {
     if (count == 0) {
-        const std::size_t rows = file.bytesBuffered() / file.lineLength() + 1;
-        return rows + rows / 16;
+        return file.linesBuffered() + 1;
     }
     constexpr std::size_t mostGrowth = 64; // what follows a few rows may be no rows at all
     const std::size_t more = file.bytesAhead() / (file.bytesDelivered() / count) + 1;
