@@ -86,6 +86,7 @@ void CDirectory::readListing()
     }
     if (!staysOpen_) {
         handle_ = qm::FileHandle();
+        entries_.shrink_to_fit(); // there are many of these
     }
     if (listError_ != 0) {
         entries_.clear();
