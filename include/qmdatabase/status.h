@@ -29,11 +29,11 @@ enum QMDB_STATUS {
     /** Out of memory, no free ID left, or a defect of the library; the log names it. */
     QMDB_E_INTERNAL = -5,
     /**
-     * A file could not be opened or written, a directory could not be created, or a directory
-     * holds several descriptors of a kind of which it may hold one.
+     * A file could not be opened or written whole, a directory could not be created or listed, or a
+     * directory holds several descriptors of a kind of which it may hold one.
      */
     QMDB_E_FILE = -6,
-    /** A file was opened but could not be read. */
+    /** A file was opened but could not be read: the medium failed, or it is too large or no file. */
     QMDB_E_READ = -7,
     /** Nothing of the kind asked for: an empty database, an empty list, a table without rows. */
     QMDB_E_EMPTY = -9,
@@ -41,7 +41,10 @@ enum QMDB_STATUS {
     QMDB_E_REQUIRED_KEY = -10,
     /** A text is not a number, or the arguments of a table do not increase. */
     QMDB_E_NUMBER = -11,
-    /** A composition line or a row of a data file is laid out wrongly. */
+    /**
+     * A composition line or a row of a data file is laid out wrongly; or a mixture to be added has so
+     * many components that its line could not be read again.
+     */
     QMDB_E_FORMAT = -12,
     /**
      * A substance has no phase. Opening a database skips such a substance, so no function returns

@@ -9,7 +9,8 @@
 namespace test {
 
 /// Copies a text into a field, cut to it; a text as long as the field leaves no terminator.
-template <std::size_t size> void fill(wchar_t (&field)[size], std::wstring_view text)
+template <std::size_t size>
+void fill(wchar_t (&field)[size], std::wstring_view text)
 {
     std::fill(std::copy_n(text.begin(), std::min(size, text.size()), field), field + size, L'\0');
 }

@@ -7,7 +7,8 @@ namespace test {
 
 namespace {
 
-template <class... Texts> std::string join(const Texts&... texts)
+template <class... Texts>
+std::string join(const Texts&... texts)
 {
     std::string text;
     (text.append(texts), ...);
@@ -25,7 +26,8 @@ std::string rowText(const TABLEROWVECT& row)
         numberText(row.vz), ")");
 }
 
-template <class Table> std::string rowsText(const Table& table)
+template <class Table>
+std::string rowsText(const Table& table)
 {
     std::string text;
     for (long i = 0; i < table.count; ++i) {
@@ -34,7 +36,8 @@ template <class Table> std::string rowsText(const Table& table)
     return text;
 }
 
-template <class Table> std::string subtablesText(const Table& table)
+template <class Table>
+std::string subtablesText(const Table& table)
 {
     std::string text;
     for (long i = 0; i < table.count; ++i) {
