@@ -1,10 +1,9 @@
-#include "check/dataFile.h"
+#include "check/rules.h"
 
 #include "common/shown.h"
 
-#include "files/conversions.h"
-#include "files/descriptorLine.h"
-#include "qmdatabase/records.h"
+#include "format/numbers.h"
+#include "format/rows.h"
 
 #include <algorithm>
 #include <charconv>
@@ -16,8 +15,6 @@
 namespace tool::check {
 
 namespace {
-
-constexpr std::string_view headerStart = "P=";
 
 /// True when nothing stands behind the number, so that what is read is what stands there.
 bool isWholeNumber(std::string_view text)
@@ -75,13 +72,13 @@ private:
     {
         const std::string_view bytes = withoutMark(line);
         checkAscii(line.place, bytes);
-        std::string decoded;
-        const std::string text(decodeLine(bytes, false, decoded));
-        if (text.empty() || text.starts_with('#')) {
+        const std::string text(decoder_.decode(bytes));
+        if (format::isSkipped(text)) {
             return;
         }
-        if (twoArguments_ && text.starts_with(headerStart)) {
-            addHeader(line.place, text);
+        const auto first = format::firstArgumentOf(text);
+        if (twoArguments_ && first) {
+            addHeader(line.place, *first);
         } else if (twoArguments_ && line.endsFile) {
             ++rows_;
             context_.findings.error("dropped-line", line.place,
@@ -95,32 +92,31 @@ private:
 
     std::string_view withoutMark(const RawLine& line)
     {
-        if (line.place.line != 1 || !line.bytes.starts_with(utf8Mark)) {
+        if (line.place.line != 1 || !line.bytes.starts_with(format::utf8Mark)) {
             return line.bytes;
         }
         context_.findings.error("mark-in-data", line.place,
             "data files have no byte-order mark; it counts as part of the line", "save the file without it");
-        return line.bytes.substr(utf8Mark.size());
+        return line.bytes.substr(format::utf8Mark.size());
     }
 
     void checkAscii(const Place& place, std::string_view bytes)
     {
         const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-        if (!bytes.starts_with('#') && !std::ranges::all_of(bytes, isAscii)) {
+        if (!bytes.starts_with(format::commentSign) && !std::ranges::all_of(bytes, isAscii)) {
             context_.findings.error("not-ascii", place,
                 "the line holds bytes beyond ASCII; in some locales it is lost without a word",
                 "write plain numbers");
         }
     }
 
-    void addHeader(const Place& place, const std::string& text)
+    void addHeader(const Place& place, std::string_view text)
     {
         closeSubtable();
         header_ = place;
         subtableRows_ = 0;
         last_.reset();
-        const auto first
-            = readNumber(place, std::string_view(text).substr(headerStart.size()), "the first argument");
+        const auto first = readNumber(place, text, "the first argument");
         if (first && std::ranges::find(firstArguments_, *first) != firstArguments_.end()) {
             context_.findings.warning("repeated-subtable", place,
                 fmt::format("the first argument {} has a subtable already", *first), "put the rows together");
@@ -171,7 +167,7 @@ private:
             return;
         }
         const double argument = numbers.front();
-        if (std::isnan(argument) || (last_ && !(*last_ < argument))) {
+        if (!format::mayFollow(last_, argument)) {
             context_.findings.error("not-increasing", place,
                 last_ ? fmt::format(
                     "the argument {} does not increase: the row before has {}", argument, *last_)
@@ -184,7 +180,7 @@ private:
     /// The numbers of a line; none when their count is wrong or one of them is none.
     std::vector<double> readNumbers(const Place& place, const std::string& text)
     {
-        const std::vector<std::string> parts = conversions::splitString(text);
+        const std::vector<std::string> parts = format::splitString(text);
         if (parts.size() != numbers_) {
             context_.findings.error("bad-row", place,
                 fmt::format("{} is not {} numbers with blanks between", shown(text), numbers_),
@@ -216,7 +212,7 @@ private:
 
     std::optional<double> readNumber(const Place& place, std::string_view text, std::string_view what)
     {
-        const auto number = conversions::wstr2double(text);
+        const auto number = format::wstr2double(text);
         if (!number) {
             context_.findings.error("bad-number", place,
                 fmt::format("{} is {}, which is no number", what, shown(text)), "write a number");
@@ -234,6 +230,7 @@ private:
     }
 
     Context& context_;
+    format::CLineDecoder decoder_ { false };
     std::string file_;
     bool twoArguments_;
     std::size_t numbers_; ///< on a line
@@ -249,7 +246,7 @@ private:
 
 void checkDataFile(Context& context, const std::string& file, long type, bool vector)
 {
-    if (type < PARAM_TYPE_CONSTANT || type > PARAM_TYPE_TABLE2D_X) {
+    if (!format::isType(type)) {
         return; // reported with the head
     }
     const std::size_t components = vector ? 3 : 1;

@@ -1,27 +1,31 @@
-#include "check/displayTexts.h"
+#include "check/rules.h"
 
 #include "common/encodings.h"
 #include "common/shown.h"
 
 #include <fmt/format.h>
 #include <map>
+#include <type_traits>
 
 namespace tool::check {
 
 namespace {
 
-constexpr std::size_t longestName = 49; ///< characters that fit into a record
-constexpr std::size_t longestUnits = 9;
+using format::Key;
 
-/// A text that the library hands out: what stands under `key`, unless the table has one under `idKey`.
+/// Characters that fit into a record's field, before its end.
+constexpr std::size_t longestName = std::extent_v<decltype(MATTER::name)> - 1;
+constexpr std::size_t longestUnits = std::extent_v<decltype(PARAMETER::units)> - 1;
+
+/// A text that the library hands out: what stands under `key`, unless the table has one under the ID.
 struct Text {
     std::string text;
     Place place;
 };
 
-Text textOf(const Descriptor& object, const Descriptor* table, std::string_view key)
+Text displayed(const Descriptor& object, const Descriptor* table, Key key, Key idKey)
 {
-    const std::string id = object.text(fmt::format("{}ID", key));
+    const std::string id = object.text(idKey);
     if (table && !id.empty() && table->has(id)) {
         return { table->text(id), table->place(id) };
     }
@@ -50,14 +54,14 @@ class Names {
 public:
     void add(Context& context, const Descriptor& object, const Descriptor* table)
     {
-        if (!object.has("Name")) {
+        if (!object.has(Key::Name)) {
             return; // reported as a missing key
         }
-        const Text name = textOf(object, table, "Name");
+        const Text name = displayed(object, table, Key::Name, Key::NameID);
         checkName(context, name);
         const auto [holder, isNew] = holders_.emplace(name.text, object.file());
         if (!isNew && !name.text.empty()) {
-            context.findings.warning("duplicate-name", object.place("Name"),
+            context.findings.warning("duplicate-name", object.place(Key::Name),
                 fmt::format("{} has the name {} too", holder->second, shown(name.text)),
                 "give one of them another name");
         }
@@ -73,7 +77,8 @@ void checkWithTable(Context& context, const Tree& tree, const Descriptor* table)
     Names substances, descriptions;
     for (const SubstanceTree& substance : tree.substances) {
         substances.add(context, substance.self.descriptor, table);
-        checkLength(context, textOf(substance.self.descriptor, table, "Comment"), longestName);
+        checkLength(
+            context, displayed(substance.self.descriptor, table, Key::Comment, Key::CommentID), longestName);
         Names phases, changes;
         for (const Entity& phase : substance.phases) {
             phases.add(context, phase.descriptor, table);
@@ -84,7 +89,7 @@ void checkWithTable(Context& context, const Tree& tree, const Descriptor* table)
     }
     for (const Descriptor& description : tree.descriptions) {
         descriptions.add(context, description, table);
-        checkLength(context, textOf(description, table, "Units"), longestUnits);
+        checkLength(context, displayed(description, table, Key::Units, Key::UnitsID), longestUnits);
     }
 }
 
@@ -93,7 +98,7 @@ std::map<std::string, Place> usedStringIds(const Tree& tree)
 {
     std::map<std::string, Place> used;
     const auto add = [&used](const Descriptor& object) {
-        for (const std::string_view key : { "NameID", "CommentID", "UnitsID" }) {
+        for (const Key key : { Key::NameID, Key::CommentID, Key::UnitsID }) {
             if (object.has(key)) {
                 used.emplace(object.text(key), object.place(key));
             }

@@ -12,7 +12,8 @@ struct Context {
     Findings& findings;
     std::size_t files = 0; ///< read so far
 
-    std::string pathOf(std::string_view file) const { return root + "/" + std::string(file); }
+    /// The path of a file or directory in the locale's encoding; empty when the locale cannot express it.
+    std::string pathOf(std::string_view file) const;
 };
 
 /// One line of a file as the library cuts it, in bytes.

@@ -4,7 +4,8 @@
 #include "common/failure.h"
 #include "common/names.h"
 
-#include "qm/CQMFileSystem.h"
+#include "format/paths.h"
+#include "format/vocabulary.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -24,17 +25,17 @@ struct Extension {
 };
 
 constexpr Extension extensions[] = {
-    { "mtd", "directly in a directory below the database's own" },
-    { "phd", "directly in a directory below a substance's" },
-    { "pcd", "directly in a directory below a substance's" },
-    { "prd", "directly in the database's directory" },
-    { "prh", "directly in the directory of a substance, a phase or a phase change" },
-    { "dat", "beside the parameter heads that name them" },
+    { format::substanceExtension, "directly in a directory below the database's own" },
+    { format::phaseExtension, "directly in a directory below a substance's" },
+    { format::phaseChangeExtension, "directly in a directory below a substance's" },
+    { format::descriptionExtension, "directly in the database's directory" },
+    { format::headExtension, "directly in the directory of a substance, a phase or a phase change" },
+    { format::dataExtension, "beside the parameter heads that name them" },
 };
 
 std::string_view extensionOf(std::string_view name)
 {
-    return qm::CQMFileSystem::SplitPath(name, true).ext;
+    return format::splitPath(name).ext;
 }
 
 const Extension* find(std::string_view name)
@@ -57,7 +58,7 @@ const Extension* nearlyHas(std::string_view name)
 /// The library writes descriptors under such names before it moves them into place.
 bool isInterruptedAddition(std::string_view name)
 {
-    return name.ends_with(".tmp");
+    return name.ends_with(format::temporaryEnding);
 }
 
 /// The library's scans take these for directories; a link is what it leads to.
@@ -109,8 +110,7 @@ Listing list(Context& context, const std::string& directory)
 {
     Listing listing { directory, {}, {}, false };
     std::error_code failure;
-    const std::string path = directory.empty() ? context.root : context.pathOf(directory);
-    fs::directory_iterator entries(toLocale(path), failure);
+    fs::directory_iterator entries(context.pathOf(directory), failure);
     listing.isOpen = !failure;
     if (failure) {
         context.findings.error("cannot-open", { directory, 0 }, "the directory cannot be opened",
@@ -131,7 +131,7 @@ Listing list(Context& context, const std::string& directory)
 
 bool isStringTable(std::string_view name)
 {
-    return name == "default.lst" || name == "strings.lst";
+    return name == format::defaultTable || name == format::russianTable;
 }
 
 void reportStrayFiles(
@@ -143,9 +143,10 @@ void reportStrayFiles(
         if (std::ranges::find(expected, extensionOf(name)) != expected.end()) {
             continue;
         }
-        if (listing.directory.empty() && extensionOf(name) == "lst" && !isStringTable(name)) {
+        if (listing.directory.empty() && extensionOf(name) == extensionOf(format::defaultTable)
+            && !isStringTable(name)) {
             context.findings.warning("wrong-extension", place, "no language reads this string table",
-                "call it default.lst or strings.lst, or remove it");
+                fmt::format("call it {} or {}, or remove it", format::defaultTable, format::russianTable));
         }
         reportStrayFile(context, place, name);
     }
@@ -155,7 +156,7 @@ void reportUnreadFiles(Context& context, const std::string& directory)
 {
     constexpr auto deepest = 6; // links may lead round in circles
     const Listing listing = list(context, directory);
-    reportStrayFiles(context, listing, { "dat" });
+    reportStrayFiles(context, listing, { format::dataExtension });
     if (std::ranges::count(directory, '/') < deepest) {
         for (const std::string& name : listing.directories) {
             reportUnreadFiles(context, fmt::format("{}/{}", directory, name));

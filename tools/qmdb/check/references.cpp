@@ -1,6 +1,5 @@
-#include "check/references.h"
+#include "check/rules.h"
 
-#include "check/mixtures.h"
 #include "database/flatTable.h"
 
 #include <fmt/format.h>
@@ -10,6 +9,7 @@ namespace tool::check {
 
 namespace {
 
+using format::Key;
 using Descriptors = std::vector<const Descriptor*>;
 
 Descriptors descriptorsOf(const std::vector<Entity>& entities)
@@ -34,8 +34,8 @@ std::set<long> idsOf(const Descriptors& descriptors)
 {
     std::set<long> ids;
     for (const Descriptor* descriptor : descriptors) {
-        if (descriptor->has("ID")) {
-            ids.insert(descriptor->number("ID"));
+        if (descriptor->has(Key::ID)) {
+            ids.insert(descriptor->number(Key::ID));
         }
     }
     return ids;
@@ -45,12 +45,12 @@ void checkUniqueIds(Context& context, const Descriptors& descriptors, std::strin
 {
     std::map<long, const Descriptor*> holders;
     for (const Descriptor* descriptor : descriptors) {
-        if (!descriptor->has("ID")) {
+        if (!descriptor->has(Key::ID)) {
             continue;
         }
-        const auto [holder, isNew] = holders.emplace(descriptor->number("ID"), descriptor);
+        const auto [holder, isNew] = holders.emplace(descriptor->number(Key::ID), descriptor);
         if (!isNew) {
-            context.findings.error("duplicate-id", descriptor->place("ID"),
+            context.findings.error("duplicate-id", descriptor->place(Key::ID),
                 fmt::format("{} has this ID too: only one {} of both is seen", holder->second->file(), kind),
                 "give one of them another ID");
         }
@@ -61,8 +61,8 @@ void checkUniqueIds(Context& context, const Descriptors& descriptors, std::strin
 void checkAskable(Context& context, const Descriptors& descriptors, std::string_view kind)
 {
     for (const Descriptor* descriptor : descriptors) {
-        if (descriptor->has("ID") && descriptor->number("ID") == -1) {
-            context.findings.error("bad-id", descriptor->place("ID"),
+        if (descriptor->has(Key::ID) && descriptor->number(Key::ID) == format::noId) {
+            context.findings.error("bad-id", descriptor->place(Key::ID),
                 fmt::format("no value of a {} with the ID -1 can be asked for", kind), "give it another ID");
         }
     }
@@ -70,16 +70,16 @@ void checkAskable(Context& context, const Descriptors& descriptors, std::string_
 
 void checkChange(Context& context, const Descriptor& change, const std::set<long>& phases)
 {
-    for (const std::string_view key : { "Phase1", "Phase2" }) {
+    for (const Key key : { Key::Phase1, Key::Phase2 }) {
         if (change.has(key) && !phases.contains(change.number(key))) {
             context.findings.error("unknown-phase", change.place(key),
                 fmt::format("the substance has no phase {}", change.number(key)),
                 "write the ID of one of its phases");
         }
     }
-    const bool both = change.has("Phase1") && change.has("Phase2");
-    if (both && change.number("Phase1") == change.number("Phase2")) {
-        context.findings.warning("same-phase", change.place("Phase2"),
+    const bool both = change.has(Key::Phase1) && change.has(Key::Phase2);
+    if (both && change.number(Key::Phase1) == change.number(Key::Phase2)) {
+        context.findings.warning("same-phase", change.place(Key::Phase2),
             "the phase change leads from a phase to itself", "write the ID of the phase after the change");
     }
 }
@@ -87,32 +87,31 @@ void checkChange(Context& context, const Descriptor& change, const std::set<long
 /// Checks a head against the description of its parameter.
 void checkHead(Context& context, const Descriptor& head, const Descriptor& description)
 {
-    const auto type = static_cast<PARAM_TYPE>(head.number("Type"));
-    const std::string letter(typeLetter(type));
-    if (letter != "?" && description.text("DataTypes").find(letter) == std::string::npos) {
-        context.findings.error("type-not-allowed", head.place("Type"),
-            fmt::format("{} does not allow the type {} ({})", description.file(), head.number("Type"),
+    const auto type = static_cast<PARAM_TYPE>(head.number(Key::Type));
+    const char letter = format::letterOf(type);
+    if (letter != format::noLetter && !format::isAmong(letter, description.text(Key::DataTypes))) {
+        context.findings.error("type-not-allowed", head.place(Key::Type),
+            fmt::format("{} does not allow the type {} ({})", description.file(), head.number(Key::Type),
                 typeText(type)),
             fmt::format("change the type, or add {} to \"DataTypes\" there", letter));
     }
-    const std::string_view form = head.flag("Vector") ? "Vector" : "Scalar";
+    const Key form = head.flag(Key::Vector) ? Key::Vector : Key::Scalar;
     if (!description.flag(form)) {
-        context.findings.error("form-not-allowed", head.place("Vector"),
+        context.findings.error("form-not-allowed", head.place(Key::Vector),
             fmt::format(
-                "{} does not allow {}", description.file(), head.flag("Vector") ? "vectors" : "scalars"),
-            fmt::format("change \"Vector\" here, or write \"{}=1\" there", form));
+                "{} does not allow {}", description.file(), head.flag(Key::Vector) ? "vectors" : "scalars"),
+            fmt::format("change \"Vector\" here, or write \"{}=1\" there", textOf(form)));
     }
 }
 
 void checkState(Context& context, const Descriptor& head, const Descriptor& description, long state)
 {
-    constexpr std::string_view letters = "SLV";
-    if (state < 1 || state > static_cast<long>(letters.size())) {
+    const char letter = format::letterOf(static_cast<MATTER_STATE>(state));
+    if (letter == format::noLetter) {
         return; // reported with the phase
     }
-    const std::string letter(1, letters[static_cast<std::size_t>(state - 1)]);
-    if (description.text("AvForPhases").find(letter) == std::string::npos) {
-        context.findings.error("state-not-allowed", head.place("ID"),
+    if (!format::isAmong(letter, description.text(Key::AvForPhases))) {
+        context.findings.error("state-not-allowed", head.place(Key::ID),
             fmt::format(
                 "{} does not offer the parameter for the phase's aggregate state", description.file()),
             fmt::format("remove the parameter here, or add {} to \"AvForPhases\" there", letter));
@@ -127,17 +126,17 @@ void checkHeads(
 {
     checkUniqueIds(context, descriptorsOf(owner.heads), "value");
     for (const Descriptor& head : owner.heads) {
-        const auto description = descriptions.find(head.number("ID"));
+        const auto description = descriptions.find(head.number(Key::ID));
         if (description == descriptions.end()) {
-            context.findings.error("no-description", head.place("ID"),
+            context.findings.error("no-description", head.place(Key::ID),
                 fmt::format("no description has the ID {}: the parameter has no name and no units",
-                    head.number("ID")),
+                    head.number(Key::ID)),
                 "write the ID of a description, or add one");
             continue;
         }
         checkHead(context, head, *description->second);
         if (phase) {
-            checkState(context, head, *description->second, phase->number("Aggreg"));
+            checkState(context, head, *description->second, phase->number(Key::Aggreg));
         }
     }
 }
@@ -174,7 +173,7 @@ void checkReferences(Context& context, const Tree& tree)
     checkUniqueIds(context, descriptorsOf(tree.descriptions), "description");
     Descriptions descriptions;
     for (const Descriptor& description : tree.descriptions) {
-        descriptions.emplace(description.number("ID"), &description);
+        descriptions.emplace(description.number(Key::ID), &description);
     }
     const std::set<long> ids = idsOf(substances);
     for (const SubstanceTree& substance : tree.substances) {
