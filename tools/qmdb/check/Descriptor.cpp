@@ -1,6 +1,6 @@
 #include "check/Descriptor.h"
 
-#include "common/shown.h"
+#include "common/characters.h"
 
 #include "format/innerText.h"
 #include "format/numbers.h"

@@ -43,10 +43,11 @@ std::string readComments(Context& context, const std::string& file)
     return comments;
 }
 
-/// Numbers that are not finite and subtables with the same argument can be seen in the value itself.
+/// Numbers that are not finite and the order of subtables can be seen in the value itself.
 bool isHidden(const Finding& finding)
 {
-    return finding.kind != "not-finite" && finding.kind != "repeated-subtable";
+    return finding.kind != "not-finite" && finding.kind != "repeated-subtable"
+        && finding.kind != "decreasing-subtable";
 }
 
 } // namespace

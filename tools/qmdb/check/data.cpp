@@ -1,7 +1,7 @@
 #include "check/rules.h"
 
 #include "check/listing.h"
-#include "common/shown.h"
+#include "common/characters.h"
 
 #include <fmt/format.h>
 #include <map>
@@ -53,7 +53,7 @@ void checkData(Context& context, const Entity& owner)
     for (const std::string& name : list(context, owner.directory).filesWith(format::dataExtension)) {
         const std::string file = fmt::format("{}/{}", owner.directory, name);
         if (!heads.contains(file)) {
-            context.findings.warning("orphan-data", { file, 0 }, "no parameter head names the data file",
+            context.findings.warning("orphan-data", { file }, "no parameter head names the data file",
                 "name it in a head, or remove it");
         }
     }

@@ -1,38 +1,20 @@
 #include "check/rules.h"
 
-#include "common/shown.h"
+#include "common/characters.h"
 
 #include "format/numbers.h"
 #include "format/rows.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <fmt/format.h>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace tool::check {
 
 namespace {
-
-/// True when nothing stands behind the number, so that what is read is what stands there.
-bool isWholeNumber(std::string_view text)
-{
-    std::string point(text);
-    std::replace(point.begin(), point.end(), ',', '.');
-    const std::size_t sign = point.starts_with('+') ? 1 : 0;
-    double number = 0;
-    const auto [end, error] = std::from_chars(point.data() + sign, point.data() + point.size(), number);
-    return error != std::errc::invalid_argument && end == point.data() + point.size();
-}
-
-std::string_view withoutOuterBlanks(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') + 1 - first);
-}
 
 /// Follows a data file line by line.
 class DataFileCheck {
@@ -53,7 +35,7 @@ public:
                 checkConstant(*constant_);
             }
             if (rows_ == 0) {
-                context_.findings.error("no-data", { file_, 0 }, "the file holds no data",
+                context_.findings.error("no-data", { file_, Place::endOfFile }, "the file holds no data",
                     "write the numbers, or remove the parameter");
             }
         }
@@ -70,6 +52,10 @@ private:
 
     void addLine(const RawLine& line)
     {
+        if (line.isCut) {
+            ++rows_; // nothing can be read of the file
+            return;
+        }
         const std::string_view bytes = withoutMark(line);
         checkAscii(line.place, bytes);
         const std::string text(decoder_.decode(bytes));
@@ -116,14 +102,20 @@ private:
         header_ = place;
         subtableRows_ = 0;
         last_.reset();
-        const auto first = readNumber(place, text, "the first argument");
-        if (first && std::ranges::find(firstArguments_, *first) != firstArguments_.end()) {
+        const auto first = readNumber(context_, place, text, "the first argument");
+        if (!first || std::isnan(*first)) {
+            return;
+        }
+        if (!firstArguments_.insert(*first).second) {
             context_.findings.warning("repeated-subtable", place,
                 fmt::format("the first argument {} has a subtable already", *first), "put the rows together");
+        } else if (lastFirst_ && *first < *lastFirst_) {
+            context_.findings.warning("decreasing-subtable", place,
+                fmt::format("the first argument {} is less than that of the subtable before, {}", *first,
+                    *lastFirst_),
+                "put the subtables in the order of their first arguments");
         }
-        if (first) {
-            firstArguments_.push_back(*first);
-        }
+        lastFirst_ = first;
     }
 
     void closeSubtable()
@@ -148,7 +140,7 @@ private:
     void checkConstant(const Constant& constant)
     {
         if (numbers_ == 1) {
-            readNumber(constant.place, constant.text, "the value");
+            readNumber(context_, constant.place, constant.text, "the value");
         } else {
             readNumbers(constant.place, constant.text);
         }
@@ -189,7 +181,7 @@ private:
         }
         std::vector<double> numbers;
         for (std::size_t i = 0; i < parts.size(); ++i) {
-            if (const auto number = readNumber(place, parts[i], fmt::format("number {}", i + 1))) {
+            if (const auto number = readNumber(context_, place, parts[i], fmt::format("number {}", i + 1))) {
                 numbers.push_back(*number);
             }
         }
@@ -210,25 +202,6 @@ private:
             "write {} numbers; a comment is a line of its own that begins with \"#\"", numbers_);
     }
 
-    std::optional<double> readNumber(const Place& place, std::string_view text, std::string_view what)
-    {
-        const auto number = format::wstr2double(text);
-        if (!number) {
-            context_.findings.error("bad-number", place,
-                fmt::format("{} is {}, which is no number", what, shown(text)), "write a number");
-            return number;
-        }
-        if (!std::isfinite(*number)) {
-            context_.findings.warning(
-                "not-finite", place, fmt::format("{} is read as {}", what, *number), "write a finite number");
-        } else if (!isWholeNumber(withoutOuterBlanks(text))) {
-            context_.findings.warning("ignored-text", place,
-                fmt::format("{} is {} and is read as {}", what, shown(text), *number),
-                "write the number alone");
-        }
-        return number;
-    }
-
     Context& context_;
     format::CLineDecoder decoder_ { false };
     std::string file_;
@@ -239,7 +212,8 @@ private:
     std::optional<Place> header_; ///< the "P=" line above
     std::optional<Constant> constant_;
     std::optional<double> last_; ///< the argument of the row before
-    std::vector<double> firstArguments_;
+    std::optional<double> lastFirst_; ///< the first argument of the subtable before
+    std::set<double> firstArguments_;
 };
 
 } // namespace

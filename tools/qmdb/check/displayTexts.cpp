@@ -1,8 +1,9 @@
 #include "check/rules.h"
 
+#include "common/characters.h"
 #include "common/encodings.h"
-#include "common/shown.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <map>
 #include <type_traits>
@@ -93,50 +94,102 @@ void checkWithTable(Context& context, const Tree& tree, const Descriptor* table)
     }
 }
 
+/// A place where a string ID stands.
+struct UsedId {
+    Place place;
+    std::string_view key;
+    bool described = false; ///< in a description, which no addition writes
+};
+
+using UsedIds = std::multimap<std::string, UsedId>;
+
 /// Where the string IDs are used, by the text of the ID.
-std::map<std::string, Place> usedStringIds(const Tree& tree)
+UsedIds usedStringIds(const Tree& tree)
 {
-    std::map<std::string, Place> used;
-    const auto add = [&used](const Descriptor& object) {
+    UsedIds used;
+    const auto add = [&used](const Descriptor& object, bool described) {
         for (const Key key : { Key::NameID, Key::CommentID, Key::UnitsID }) {
             if (object.has(key)) {
-                used.emplace(object.text(key), object.place(key));
+                used.emplace(object.text(key), UsedId { object.place(key), textOf(key), described });
             }
         }
     };
     for (const SubstanceTree& substance : tree.substances) {
-        add(substance.self.descriptor);
+        add(substance.self.descriptor, false);
         for (const auto* entities : { &substance.phases, &substance.changes }) {
             for (const Entity& entity : *entities) {
-                add(entity.descriptor);
+                add(entity.descriptor, false);
             }
         }
     }
     for (const Descriptor& description : tree.descriptions) {
-        add(description);
+        add(description, true);
     }
     return used;
 }
 
-void checkUnused(Context& context, const Descriptor& table, const std::map<std::string, Place>& used)
+/// True when some text may not have been read, so that nobody knows which string IDs are in use.
+bool isIncomplete(const Findings& findings)
+{
+    return findings.hasAny({ "cannot-open", "cannot-read", "utf-16", "cr-only", "long-line", "lone-cr",
+        "nul-byte", "bad-encoding", "bad-name", "no-key", "several-descriptors", "no-descriptor",
+        "wrong-extension", "misplaced-file" });
+}
+
+void checkUnused(Context& context, const Descriptor& table, const UsedIds& used)
 {
     for (const auto& [id, text] : table.values()) {
         if (!used.contains(id)) {
-            context.findings.warning("unused-text", table.place(id),
+            context.findings.warning("unused-text", table.place(id).behind(""),
                 fmt::format("nothing refers to the text {}", shown(id)),
                 "remove the line, or refer to it by this number in digits only");
         }
     }
 }
 
-void checkTranslated(Context& context, const Descriptor& table, const Descriptor& other,
-    const std::map<std::string, Place>& used)
+void checkTranslated(Context& context, const Descriptor& table, const Descriptor& other, const UsedIds& used)
 {
-    for (const auto& [id, place] : used) {
-        if (table.has(id) && !other.has(id)) {
+    for (const auto& [id, where] : used) {
+        if (table.has(id) && other.isReadable() && !other.has(id)) {
             context.findings.warning("untranslated", table.place(id),
                 fmt::format("the text {} is missing in {}", id, other.file()),
                 fmt::format("add it to {}", other.file()));
+        }
+    }
+}
+
+/// Reports string IDs that no table has. Additions give new ones above all others; those are no mistakes.
+void checkMissing(Context& context, const Tree& tree, const UsedIds& used)
+{
+    long highest = format::noId;
+    for (const Descriptor& table : tree.tables) {
+        for (const auto& [id, text] : table.values()) {
+            highest = std::max(highest, stringIdOf(id).value_or(format::noId));
+        }
+    }
+    for (const auto& [id, where] : used) {
+        const auto number = stringIdOf(id);
+        const bool held
+            = std::ranges::any_of(tree.tables, [&id](const Descriptor& table) { return table.has(id); });
+        if (number && !held && (where.described || *number <= highest)) {
+            context.findings.warning("missing-text", where.place,
+                fmt::format("\"{}\" is {}, and no string table has a text of this number", where.key, id),
+                "write the number of a text, or add the text to the tables");
+        }
+    }
+}
+
+/// Other languages have units of their own, but the default table is of the descriptors' language.
+void checkUnits(Context& context, const Descriptor& table, const Tree& tree)
+{
+    for (const Descriptor& description : tree.descriptions) {
+        const std::string id = description.text(Key::UnitsID);
+        if (!id.empty() && table.has(id) && description.has(Key::Units)
+            && table.text(id) != description.text(Key::Units)) {
+            context.findings.warning("units-differ", description.place(Key::Units),
+                fmt::format("the units are {} here and {} under {} in {}, which counts",
+                    shown(description.text(Key::Units)), shown(table.text(id)), id, table.file()),
+                "write the same units in both");
         }
     }
 }
@@ -148,13 +201,25 @@ void checkTexts(Context& context, const Tree& tree)
     if (tree.tables.empty()) {
         checkWithTable(context, tree, nullptr);
     }
-    const auto used = usedStringIds(tree);
+    const UsedIds used = usedStringIds(tree);
+    const bool incomplete = isIncomplete(context.findings);
     for (const Descriptor& table : tree.tables) {
         checkWithTable(context, tree, &table);
-        checkUnused(context, table, used);
+        for (const auto& [id, text] : table.values()) {
+            checkText(context, table, id);
+        }
+        if (!incomplete) {
+            checkUnused(context, table, used);
+        }
+        if (table.file() == format::defaultTable) {
+            checkUnits(context, table, tree);
+        }
         for (const Descriptor& other : tree.tables) {
             checkTranslated(context, table, other, used);
         }
+    }
+    if (std::ranges::all_of(tree.tables, &Descriptor::isReadable)) {
+        checkMissing(context, tree, used);
     }
 }
 

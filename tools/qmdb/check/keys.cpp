@@ -1,8 +1,9 @@
 #include "check/rules.h"
 
+#include "common/characters.h"
+#include "common/encodings.h"
 #include "common/names.h"
 #include "common/numbers.h"
-#include "common/shown.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -53,8 +54,7 @@ void checkNumber(Context& context, const Descriptor& descriptor, format::Key key
 void checkStringId(Context& context, const Descriptor& descriptor, format::Key key)
 {
     const std::string text = descriptor.text(key);
-    const auto number = asWholeNumber(text);
-    if (!number || *number < 0 || std::to_string(*number) != text) {
+    if (!stringIdOf(text)) {
         context.findings.warning("bad-string-id", descriptor.place(key),
             fmt::format("\"{}\" is {}, under which no string table is searched with success", textOf(key),
                 shown(text)),
@@ -112,22 +112,12 @@ void checkType(Context& context, const Descriptor& descriptor, format::Key key)
     }
 }
 
-void checkText(Context& context, const Descriptor& descriptor, format::Key key)
-{
-    const std::string text = descriptor.text(key);
-    if (trimmed(text) != text) {
-        context.findings.warning("outer-blanks", descriptor.place(key),
-            fmt::format("\"{}\" is {}: the outer blanks are part of it", textOf(key), shown(text)),
-            "remove them");
-    }
-}
-
 void checkValue(Context& context, const Descriptor& descriptor, const KeyRule& rule)
 {
     switch (rule.value) {
     case format::ValueKind::Text:
     case format::ValueKind::FileName:
-        return checkText(context, descriptor, rule.key);
+        return checkText(context, descriptor, textOf(rule.key));
     case format::ValueKind::Number:
         return checkNumber(context, descriptor, rule.key);
     case format::ValueKind::StringId:
@@ -147,13 +137,35 @@ void checkValue(Context& context, const Descriptor& descriptor, const KeyRule& r
 
 } // namespace
 
+std::optional<long> stringIdOf(std::string_view text)
+{
+    const auto number = asWholeNumber(text);
+    const bool plain = number && *number >= 0 && std::to_string(*number) == text;
+    return plain ? number : std::nullopt;
+}
+
+void checkText(Context& context, const Descriptor& descriptor, std::string_view key)
+{
+    const std::string text = descriptor.text(key);
+    const std::wstring wide = toWide(text);
+    if (!wide.empty() && (isBlank(wide.front()) || isBlank(wide.back()))) {
+        context.findings.warning("outer-blanks", descriptor.place(key),
+            fmt::format("{} is {}: the outer blanks are part of it", shown(key), shown(text)), "remove them");
+    }
+    const auto isStray = [](wchar_t character) { return character != L'\r' && isControl(character); };
+    if (std::ranges::any_of(wide, isStray)) { // a CR is reported with the line
+        context.findings.warning("control-character", descriptor.place(key),
+            fmt::format("{} is {}, with control characters in it", shown(key), shown(text)), "remove them");
+    }
+}
+
 void checkKeys(Context& context, const Descriptor& descriptor, const format::DescriptorKind& kind)
 {
     for (const KeyRule& rule : kind.keys) {
         if (descriptor.has(rule.key)) {
             checkValue(context, descriptor, rule);
         } else if (rule.required && descriptor.isReadable()) {
-            context.findings.error("missing-key", { descriptor.file(), 0 },
+            context.findings.error("missing-key", { descriptor.file(), Place::endOfFile },
                 fmt::format("the key \"{}\" is missing: the database cannot be opened", textOf(rule.key)),
                 fmt::format("add a line \"{}=...\"", textOf(rule.key)));
         }

@@ -1,7 +1,7 @@
 #include "check/rules.h"
 
+#include "common/characters.h"
 #include "common/numbers.h"
-#include "common/shown.h"
 
 #include "format/composition.h"
 
@@ -17,7 +17,7 @@ namespace {
 using format::Key;
 
 constexpr char separators[] = { format::fractionSeparator, format::componentSeparator, '\0' };
-constexpr double tolerance = 1e-9; // fractions are rounded to six digits when they are written
+constexpr double tolerance = 0.6e-6; // a fraction, which is written with six significant digits
 
 std::vector<std::string> split(const std::string& text, char separator)
 {
@@ -54,9 +54,10 @@ void checkComponent(
         return;
     }
     if (const long id = *asWholeNumber(parts.front()); !ids.contains(id)) {
-        context.findings.error("unknown-component", place, fmt::format("no substance has the ID {}", id),
-            "write the ID of a substance of this database");
+        context.findings.error("unknown-component", place.behind(""),
+            fmt::format("no substance has the ID {}", id), "write the ID of a substance of this database");
     }
+    readNumber(context, place, parts.back(), "a molar fraction");
 }
 
 void checkSum(Context& context, const Place& place, const std::vector<COMPONENT>& components)
@@ -64,7 +65,8 @@ void checkSum(Context& context, const Place& place, const std::vector<COMPONENT>
     const double sum = format::sumOfFractions(components);
     const bool eachPositive = std::ranges::all_of(
         components, [](const COMPONENT& component) { return component.molarFraction > 0; });
-    if (!(sum >= format::minSumOfFractions && sum <= format::maxSumOfFractions + tolerance)
+    if (!(sum >= format::minSumOfFractions
+            && sum <= format::maxSumOfFractions + tolerance * static_cast<double>(components.size()))
         || !eachPositive) {
         context.findings.error("bad-fractions", place,
             eachPositive ? fmt::format("the molar fractions add up to {}", sum)
@@ -107,6 +109,11 @@ void checkMixture(Context& context, const Descriptor& substance, const std::set<
             "bad-composition", place, "the semicolon at the end adds an empty component", "remove it");
         return;
     }
+    if (components.size() == 1) {
+        context.findings.warning("single-component", place,
+            "a mixture of one component is a pure substance, and no mixture that can be added",
+            "name two components or more");
+    }
     for (const std::string& component : split(text, format::componentSeparator)) {
         checkComponent(context, place, component, ids);
     }
@@ -120,7 +127,7 @@ void checkComposition(Context& context, const Descriptor& substance, const std::
 {
     if (substance.number(Key::Mixture) > 0) {
         checkMixture(context, substance, ids);
-    } else if (!substance.text(Key::Composition).empty()) {
+    } else if (substance.has(Key::Mixture) && !substance.text(Key::Composition).empty()) {
         context.findings.warning("unused-composition", substance.place(Key::Composition),
             "the composition of a pure substance is not read",
             "write \"Mixture=1\", or leave the composition empty");

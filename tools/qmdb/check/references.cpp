@@ -3,6 +3,7 @@
 #include "database/flatTable.h"
 
 #include <fmt/format.h>
+#include <limits>
 #include <map>
 
 namespace tool::check {
@@ -57,22 +58,30 @@ void checkUniqueIds(Context& context, const Descriptors& descriptors, std::strin
     }
 }
 
-/// -1 stands for "none" where a phase or a phase change may be left out.
-void checkAskable(Context& context, const Descriptors& descriptors, std::string_view kind)
+/// Additions give the next ID and return it as an int, of which negative ones mean failures.
+void checkIds(Context& context, const Descriptors& descriptors)
 {
+    constexpr long highest = std::numeric_limits<int>::max() - 1;
     for (const Descriptor* descriptor : descriptors) {
-        if (descriptor->has(Key::ID) && descriptor->number(Key::ID) == format::noId) {
+        const long id = descriptor->number(Key::ID);
+        if (id < 0 || id > highest) {
             context.findings.error("bad-id", descriptor->place(Key::ID),
-                fmt::format("no value of a {} with the ID -1 can be asked for", kind), "give it another ID");
+                id == format::noId ? std::string("the ID -1 stands for none")
+                                   : fmt::format("the ID {} is not among 0 to {}, so that additions cannot "
+                                                 "tell IDs from failures",
+                                       id, highest),
+                "give it another ID");
         }
     }
 }
 
-void checkChange(Context& context, const Descriptor& change, const std::set<long>& phases)
+/// `behind` is the directory of the substance, whose phases may be at fault.
+void checkChange(
+    Context& context, const Descriptor& change, const std::set<long>& phases, const std::string& behind)
 {
     for (const Key key : { Key::Phase1, Key::Phase2 }) {
         if (change.has(key) && !phases.contains(change.number(key))) {
-            context.findings.error("unknown-phase", change.place(key),
+            context.findings.error("unknown-phase", change.place(key).behind(behind),
                 fmt::format("the substance has no phase {}", change.number(key)),
                 "write the ID of one of its phases");
         }
@@ -126,6 +135,9 @@ void checkHeads(
 {
     checkUniqueIds(context, descriptorsOf(owner.heads), "value");
     for (const Descriptor& head : owner.heads) {
+        if (!head.has(Key::ID)) {
+            continue; // unread, or reported as a missing key
+        }
         const auto description = descriptions.find(head.number(Key::ID));
         if (description == descriptions.end()) {
             context.findings.error("no-description", head.place(Key::ID),
@@ -147,10 +159,10 @@ void checkSubstance(Context& context, const SubstanceTree& substance, const Desc
     const Descriptors changes = descriptorsOf(substance.changes);
     checkUniqueIds(context, phases, "phase");
     checkUniqueIds(context, changes, "phase change");
-    checkAskable(context, phases, "phase");
-    checkAskable(context, changes, "phase change");
+    checkIds(context, phases);
+    checkIds(context, changes);
     for (const Descriptor* change : changes) {
-        checkChange(context, *change, idsOf(phases));
+        checkChange(context, *change, idsOf(phases), substance.self.directory);
     }
     checkHeads(context, substance.self, descriptions, nullptr);
     for (const Entity& phase : substance.phases) {
@@ -171,9 +183,13 @@ void checkReferences(Context& context, const Tree& tree)
     }
     checkUniqueIds(context, substances, "substance");
     checkUniqueIds(context, descriptorsOf(tree.descriptions), "description");
+    checkIds(context, substances);
+    checkIds(context, descriptorsOf(tree.descriptions));
     Descriptions descriptions;
     for (const Descriptor& description : tree.descriptions) {
-        descriptions.emplace(description.number(Key::ID), &description);
+        if (description.has(Key::ID)) {
+            descriptions.emplace(description.number(Key::ID), &description);
+        }
     }
     const std::set<long> ids = idsOf(substances);
     for (const SubstanceTree& substance : tree.substances) {

@@ -10,11 +10,6 @@ namespace tool::check {
 
 namespace {
 
-std::string join(std::string_view directory, std::string_view name)
-{
-    return directory.empty() ? std::string(name) : fmt::format("{}/{}", directory, name);
-}
-
 /// Reads the files of one extension in a directory.
 std::vector<Descriptor> readFiles(
     Context& context, const Listing& listing, const format::DescriptorKind& kind)
@@ -36,7 +31,7 @@ bool appendEntity(Context& context, const Listing& listing, const format::Descri
         return false;
     }
     if (descriptors.size() > 1) {
-        context.findings.error("several-descriptors", { listing.directory, 0 },
+        context.findings.error("several-descriptors", { listing.directory },
             fmt::format(
                 "the directory holds {} files with the extension \"{}\": the database cannot be opened",
                 descriptors.size(), kind.extension),
@@ -54,11 +49,11 @@ void reportNoEntity(Context& context, const Listing& listing, std::string_view e
         return; // a directory that cannot be opened has been reported
     }
     if (listing.isEmpty()) {
-        context.findings.warning("empty-directory", { listing.directory, 0 },
+        context.findings.warning("empty-directory", { listing.directory },
             "the directory is empty, as an addition that was refused leaves it", "remove it");
         return;
     }
-    context.findings.warning("no-descriptor", { listing.directory, 0 },
+    context.findings.warning("no-descriptor", Place { listing.directory }.behind(listing.directory),
         fmt::format("the directory holds no file with the extension {}: nothing in it is read", extensions),
         "add the file, or remove the directory");
 }
@@ -73,13 +68,16 @@ void readSubdirectory(Context& context, const std::string& directory, SubstanceT
             fmt::format("\"{}\" or \"{}\"", format::phaseExtension, format::phaseChangeExtension));
     }
     if (phase && change) {
-        context.findings.warning("two-kinds", { directory, 0 },
+        context.findings.warning("two-kinds", { directory },
             "the directory is a phase and a phase change at once, and both have its parameters",
             "give each a directory of its own");
     }
     reportStrayFiles(context, listing,
         { format::phaseExtension, format::phaseChangeExtension, format::headExtension,
             format::dataExtension });
+    if (isLink(context, directory)) {
+        return; // whatever is below it lies elsewhere
+    }
     for (const std::string& name : listing.directories) {
         reportUnreadFiles(context, join(directory, name));
     }
@@ -101,7 +99,7 @@ void readSubstance(Context& context, const std::string& directory, Tree& tree)
         readSubdirectory(context, join(directory, name), substance);
     }
     if (substance.phases.empty()) {
-        context.findings.error("no-phase", { substance.self.descriptor.file(), 0 },
+        context.findings.error("no-phase", Place { substance.self.descriptor.file() }.behind(directory),
             "the substance has no phase: opening the database skips it", "add a phase");
     }
     reportStrayFiles(

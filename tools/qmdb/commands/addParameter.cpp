@@ -1,10 +1,10 @@
 #include "commands/commands.h"
 
 #include "commands/owners.h"
+#include "common/characters.h"
 #include "common/encodings.h"
 #include "common/names.h"
 #include "common/numbers.h"
-#include "common/shown.h"
 #include "common/vocabulary.h"
 #include "database/DatabaseLock.h"
 #include "database/valueObjects.h"

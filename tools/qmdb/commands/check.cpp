@@ -1,6 +1,7 @@
 #include "commands/commands.h"
 
 #include "check/check.h"
+#include "common/characters.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/json.h"
@@ -28,8 +29,9 @@ void printFinding(Output& output, const check::Finding& finding)
     const std::string severity
         = output.styled(fmt::fg(colour) | fmt::emphasis::bold, error ? "error" : "warning");
     const std::string file = finding.place.file.empty() ? "." : finding.place.file;
-    const std::string line = finding.place.line == 0 ? "" : fmt::format(":{}", finding.place.line);
-    output.print("{}{}: {}: {}; {} [{}]\n", file, line, severity, finding.what, finding.advice, finding.kind);
+    const std::string line = finding.place.hasLine() ? fmt::format(":{}", finding.place.line) : "";
+    output.print("{}{}: {}: {}; {} [{}]\n", printable(file), line, severity, printable(finding.what),
+        printable(finding.advice), finding.kind);
 }
 
 void printText(Output& output, const check::Findings& findings, std::size_t files)
@@ -44,7 +46,7 @@ void printText(Output& output, const check::Findings& findings, std::size_t file
 Json toJson(const check::Finding& finding)
 {
     const check::Place& place = finding.place;
-    return { { "file", place.file }, { "line", place.line == 0 ? Json() : Json(place.line) },
+    return { { "file", place.file }, { "line", place.hasLine() ? Json(place.line) : Json() },
         { "severity", finding.severity == check::Severity::Error ? "error" : "warning" },
         { "kind", finding.kind }, { "what", finding.what }, { "do", finding.advice } };
 }

@@ -1,8 +1,8 @@
 #include "input/tableRows.h"
 
+#include "common/characters.h"
 #include "common/failure.h"
 #include "common/numbers.h"
-#include "common/shown.h"
 #include "common/vocabulary.h"
 
 #include <algorithm>
