@@ -29,77 +29,6 @@ Salt (2)
    └─ Conductivity (3)  constant       vector   1 point  W/(m K)
 """
 
-# A tree of faults, laid over the small one. Opening stops at the first that it meets.
-PLANTED = {
-    "conductivity.prd": description(3, "Conductivity", "W/(m K)", "Ct", "S", vector=1) + "Note=" + "x" * 1100 + "\n",
-    "default.lst": MARK + "10=Water\n11=Ice\n",
-    "Substance1/Substance1.mtd": keys(ID=0, Mixture=0, Name="W", NameID=10),
-    "Substance1/Property1.dat": "heavy\n",
-    "Substance1/Phase1/Phase1.phd": MARK + "Aggreg=2\n; a comment\nID=0\nName=Liquid\n",
-    "Substance1/Phase1/Property1.dat": "280 1\nP=x\np=3\n300 1,5.5\nP=2\n1\tinf\n1 inf\nP=2\n1 2\n2 3",
-    "Substance1/Phase2/Property1.dat": "# T rho\n250 919\n250 920\n",
-    "Substance1/PC1/PC1.pcd": keys(ID=0, Name="Melting", Phase1=1, Phase2=7, name="x"),
-    "Substance1/PC1/Property1.dat": "# nothing yet\n",
-    "Substance2/Substance2.mtd": keys(Comment="", Composition="0:0.5;9:0.25", ID=1, Mixture=1, Name="Salt"),
-    "Substance3/Phase1/Property1.dat": "1 2 3\n6 6 6\n",
-    "Substance4/Substance4.mtd": keys(Comment="", Composition="0:1", ID="2x", Mixture=1, Name="One"),
-    "Substance4/Phase1/Phase1.phd": keys(Aggreg=5, ID=0, Name="Plasma"),
-    "Substance4/Phase1/Property1.prh": head(77, 1, 0, "gone.dat"),
-    "Substance4/Phase1/Property2.prh": head(2, 9, 1),
-    "Substance4/Phase1/Property3.PRH": head(1, 1),
-    "Substance4/Phase1/Property9.dat": "1\n",
-    "Substance5/Substance5.mtd": keys(Comment="", Composition="", ID=5, Mixture=0, Name="Bare"),
-    "Substance6/Substance6.mtd": "Comment=\nComposition=\nID=6\nMixture=0\nName=\xfc\n".encode("latin-1"),
-    "Substance6/Phase1/a.phd": keys(Aggreg=1, ID=0, Name="A"),
-    "Substance6/Phase1/b.phd": keys(Aggreg=1, ID=0, Name="B"),
-    "Substance6/Phase1/Property1.prh": head(3, 4, 2),
-    "Substance6/Phase1/Property1.dat": MARK + "P=1\n1 2\n",
-    "Substance7/notes.txt": "",
-}
-FOUND = """\
-Substance1/PC1/PC1.pcd:4 error unknown-phase
-Substance1/PC1/PC1.pcd:5 warning unknown-key
-Substance1/PC1/Property1.dat:None error no-data
-Substance1/Phase1/Phase1.phd:2 error no-key
-Substance1/Phase1/Property1.dat:1 error no-header
-Substance1/Phase1/Property1.dat:2 error bad-number
-Substance1/Phase1/Property1.dat:3 error bad-row
-Substance1/Phase1/Property1.dat:4 warning ignored-text
-Substance1/Phase1/Property1.dat:6 error bad-row
-Substance1/Phase1/Property1.dat:7 warning not-finite
-Substance1/Phase1/Property1.dat:8 warning repeated-subtable
-Substance1/Phase1/Property1.dat:10 error dropped-line
-Substance1/Phase2/Property1.dat:3 error not-increasing
-Substance1/Property1.dat:1 error bad-number
-Substance1/Substance1.mtd:None error missing-key
-Substance2/Substance2.mtd:2 error bad-fractions
-Substance2/Substance2.mtd:2 error unknown-component
-Substance3/Phase1/Property1.dat:1 warning ignored-line
-Substance3/Substance3.mtd:5 warning duplicate-name
-Substance4/Phase1/Phase1.phd:1 warning bad-state
-Substance4/Phase1/Property1.prh:1 error no-data-file
-Substance4/Phase1/Property1.prh:2 error no-description
-Substance4/Phase1/Property2.prh:1 error no-data-file
-Substance4/Phase1/Property2.prh:3 error bad-type
-Substance4/Phase1/Property2.prh:4 error form-not-allowed
-Substance4/Phase1/Property3.PRH:None warning wrong-extension
-Substance4/Phase1/Property9.dat:None warning orphan-data
-Substance4/Substance4.mtd:2 error bad-composition
-Substance4/Substance4.mtd:3 error bad-number
-Substance4/Substance4.mtd:3 error duplicate-id
-Substance5/Substance5.mtd:None error no-phase
-Substance6/Phase1:None error several-descriptors
-Substance6/Phase1/Property1.dat:1 error mark-in-data
-Substance6/Phase1/Property1.prh:3 error type-not-allowed
-Substance6/Phase1/Property1.prh:4 error bad-flag
-Substance6/Substance6.mtd:None error missing-key
-Substance6/Substance6.mtd:5 warning no-mark
-Substance7:None warning no-descriptor
-conductivity.prd:9 error long-line
-conductivity.prd:9 warning unknown-key
-default.lst:2 warning unused-text
-"""
-
 
 class Reading(CommandTest):
     def test_lists(self):
@@ -260,33 +189,6 @@ class Reading(CommandTest):
                 return terminal.read1(10000)
         self.assertIn(b"\x1b[1mSalt (2)\x1b[0m", through_terminal())
         self.assertNotIn(b"\x1b", through_terminal(NO_COLOR="1"))
-
-
-class Checking(CommandTest):
-    def test_finds_nothing_in_a_good_database(self):
-        self.expect(["check", self.database], "0 errors, 0 warnings in 26 files\n")
-
-    def test_finds_every_planted_fault_in_one_run(self):
-        write(self.database, PLANTED)
-        status, output, errors = self.run_command("check", self.database, "--json")
-        self.assertEqual((1, ""), (status, errors))
-        report = json.loads(output)
-        self.assertEqual(FOUND, "".join(
-            "{file}:{line} {severity} {kind}\n".format(**finding) for finding in report["findings"]))
-        self.assertEqual(len(report["findings"]), report["errors"] + report["warnings"])
-
-    def test_tells_what_is_wrong_and_what_to_do(self):
-        write(self.database, {"Substance3/Phase1/Phase1.phd": MARK + "Aggreg=1\nID=0\nName = C\n",
-                              "Substance3/Phase1/Property1.dat": "6 6 6 # old\n"})
-        self.expect(["check", self.database], """\
-Substance3/Phase1/Phase1.phd: error: the key "Name" is missing: the database cannot be opened; add a line "Name=..." \
-[missing-key]
-Substance3/Phase1/Phase1.phd:3: warning: nobody reads the key "Name "; remove the blanks beside "=": they belong to \
-key and value [unknown-key]
-Substance3/Phase1/Property1.dat:1: error: "6 6 6 # old" is not 3 numbers with blanks between; write 3 numbers; a \
-comment is a line of its own that begins with "#" [bad-row]
-2 errors, 1 warning in 26 files
-""", 1)
 
 
 class Adding(CommandTest):

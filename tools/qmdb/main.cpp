@@ -1,10 +1,4 @@
-#include "commands/add.h"
-#include "commands/check.h"
-#include "commands/export.h"
-#include "commands/get.h"
-#include "commands/list.h"
-#include "commands/new.h"
-#include "commands/plot.h"
+#include "commands/commands.h"
 #include "common/encodings.h"
 #include "common/failure.h"
 #include "common/leftovers.h"
@@ -34,6 +28,16 @@ std::string argumentText(const char* argument)
     std::string text = tool::fromLocale(argument);
     const bool bareFraction = text.size() > 2 && text.starts_with("-.") && text[2] >= '0' && text[2] <= '9';
     return bareFraction ? "-0" + text.substr(1) : text;
+}
+
+void addAddCommand(CLI::App& app, tool::Action& action)
+{
+    CLI::App* add = app.add_subcommand("add", "Add substances, phases, phase changes and parameters");
+    add->require_subcommand(1);
+    for (const auto addTo : { tool::addSubstanceCommand, tool::addPhaseCommand, tool::addChangeCommand,
+             tool::addParameterCommand }) {
+        addTo(*add, action);
+    }
 }
 
 /// Throws Failure when a word stands where a command should; the parser would not name it.
@@ -77,7 +81,7 @@ int run(const std::vector<std::string>& words)
     app.require_subcommand(1);
     tool::Action action;
     for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addPlotCommand,
-             tool::addCheckCommand, tool::addExportCommand, tool::addAddCommand, tool::addNewCommand }) {
+             tool::addCheckCommand, tool::addExportCommand, addAddCommand, tool::addNewCommand }) {
         add(app, action);
     }
     requireCommands(app, words);

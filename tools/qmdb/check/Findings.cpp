@@ -1,13 +1,87 @@
 #include "check/Findings.h"
 
+#include "format/paths.h"
+#include "format/vocabulary.h"
+
 #include <algorithm>
 
 namespace tool::check {
 
+namespace {
+
+// What begins the parts of a key, in this order.
+constexpr char descriptorSign = '1';
+constexpr char otherSign = '2';
+constexpr char dataSign = '3';
+constexpr char directorySign = '4';
+constexpr char behindSign = '5';
+
+char signOf(std::string_view name)
+{
+    const std::string_view extension = format::splitPath(name).ext;
+    if (extension == format::dataExtension) {
+        return dataSign;
+    }
+    const bool descriptor = extension == format::substanceExtension || extension == format::phaseExtension
+        || extension == format::phaseChangeExtension;
+    return descriptor ? descriptorSign : otherSign;
+}
+
+void appendDirectory(std::string& key, std::string_view name)
+{
+    if (!name.empty()) {
+        key.append(1, directorySign).append(name).append(1, '\0');
+    }
+}
+
+/// A text that sorts as the place does.
+std::string keyOf(const Place& place)
+{
+    std::string key;
+    const auto appendDirectories = [&key](std::string_view path) {
+        for (std::size_t end = path.find('/'); end != path.npos; end = path.find('/')) {
+            appendDirectory(key, path.substr(0, end));
+            path.remove_prefix(end + 1);
+        }
+        return path;
+    };
+    if (place.after) {
+        appendDirectory(key, appendDirectories(*place.after));
+        key += behindSign;
+    }
+    const std::string_view name = appendDirectories(place.file);
+    return key.append(1, signOf(name)).append(name);
+}
+
+} // namespace
+
+void Findings::add(Severity severity, std::string_view kind, const Place& place, std::string_view what,
+    std::string_view advice)
+{
+    const auto [finding, isNew]
+        = known_.insert({ place, severity, std::string(kind), std::string(what), std::string(advice) });
+    if (isNew) {
+        found_.push_back(*finding);
+    }
+}
+
+std::vector<std::reference_wrapper<const Finding>> Findings::all() const
+{
+    auto sorted = found_;
+    std::ranges::stable_sort(sorted, {},
+        [](const Finding& finding) { return std::pair(keyOf(finding.place), finding.place.line); });
+    return sorted;
+}
+
 std::size_t Findings::count(Severity severity) const
 {
-    const auto same = [severity](const Finding& finding) { return finding.severity == severity; };
-    return static_cast<std::size_t>(std::ranges::count_if(findings_, same));
+    return static_cast<std::size_t>(std::ranges::count(known_, severity, &Finding::severity));
+}
+
+bool Findings::hasAny(std::initializer_list<std::string_view> kinds) const
+{
+    return std::ranges::any_of(known_,
+        [kinds](const Finding& finding) { return std::ranges::find(kinds, finding.kind) != kinds.end(); });
 }
 
 } // namespace tool::check

@@ -2,9 +2,13 @@
 
 #include <compare>
 #include <cstddef>
+#include <functional>
+#include <initializer_list>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tool::check {
 
@@ -12,12 +16,20 @@ namespace tool::check {
 /// library reads it, but hardly as it was meant.
 enum class Severity { Error, Warning };
 
-/// A place in the database: a path below its directory and a line, 0 where no line is to blame.
+/// A place in the database: a path below its directory and a line.
 struct Place {
+    static constexpr std::size_t wholeFile = 0;
+    static constexpr std::size_t endOfFile = static_cast<std::size_t>(-1); ///< behind all of its lines
+
     std::string file;
-    std::size_t line = 0;
+    std::size_t line = wholeFile;
+    /// A directory behind all of which the place comes, because what is in there may be the cause.
+    std::optional<std::string> after {};
 
     auto operator<=>(const Place&) const = default;
+
+    bool hasLine() const noexcept { return line != wholeFile && line != endOfFile; }
+    Place behind(const std::string& directory) const { return { file, line, directory }; }
 };
 
 struct Finding {
@@ -30,7 +42,7 @@ struct Finding {
     auto operator<=>(const Finding&) const = default;
 };
 
-/// What a check has found, in the order of files and lines.
+/// What a check has found, each finding once.
 class Findings {
 public:
     void error(std::string_view kind, const Place& place, std::string_view what, std::string_view advice)
@@ -42,17 +54,18 @@ public:
         add(Severity::Warning, kind, place, what, advice);
     }
 
-    const std::set<Finding>& all() const noexcept { return findings_; }
+    /// In the order of the tree, causes before what follows from them: the files of a directory before
+    /// its directories, descriptors before heads before data, then by line, then as they were found.
+    std::vector<std::reference_wrapper<const Finding>> all() const;
     std::size_t count(Severity severity) const;
+    bool hasAny(std::initializer_list<std::string_view> kinds) const;
 
 private:
     void add(Severity severity, std::string_view kind, const Place& place, std::string_view what,
-        std::string_view advice)
-    {
-        findings_.insert({ place, severity, std::string(kind), std::string(what), std::string(advice) });
-    }
+        std::string_view advice);
 
-    std::set<Finding> findings_;
+    std::set<Finding> known_;
+    std::vector<std::reference_wrapper<const Finding>> found_;
 };
 
 } // namespace tool::check

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "check/tree.h"
 #include "database/entities.h"
 
-#include <map>
+#include <memory>
 #include <optional>
-#include <tuple>
+#include <string>
+#include <vector>
 
 namespace tool::check {
 
@@ -22,20 +22,15 @@ public:
     explicit ValueFiles(const std::string& directory, std::optional<long> substance = std::nullopt);
     ValueFiles(const ValueFiles&) = delete;
     ValueFiles& operator=(const ValueFiles&) = delete;
+    ~ValueFiles();
 
     /// Empty for a value that has no file, or several by mistake.
-    ValueNotes notes(long substance, const Owner& owner, long parameter);
+    ValueNotes notes(long substance, const Owner& owner, long parameter) const;
 
 private:
-    using Key = std::tuple<long, Owner::Kind, long, long>;
+    class Heads;
 
-    void add(const SubstanceTree& substance);
-    void add(long substance, Owner::Kind kind, const Entity& owner);
-
-    Findings unused_;
-    Context context_;
-    Tree tree_;
-    std::multimap<Key, std::pair<const Entity*, const Descriptor*>> heads_;
+    std::unique_ptr<const Heads> heads_;
 };
 
 } // namespace tool::check

@@ -1,41 +1,20 @@
-#include "check/dataFile.h"
+#include "check/rules.h"
 
-#include "common/shown.h"
+#include "common/characters.h"
 
-#include "files/conversions.h"
-#include "files/descriptorLine.h"
-#include "qmdatabase/records.h"
+#include "format/numbers.h"
+#include "format/rows.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <fmt/format.h>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace tool::check {
 
 namespace {
-
-constexpr std::string_view headerStart = "P=";
-
-/// True when nothing stands behind the number, so that what is read is what stands there.
-bool isWholeNumber(std::string_view text)
-{
-    std::string point(text);
-    std::replace(point.begin(), point.end(), ',', '.');
-    const std::size_t sign = point.starts_with('+') ? 1 : 0;
-    double number = 0;
-    const auto [end, error] = std::from_chars(point.data() + sign, point.data() + point.size(), number);
-    return error != std::errc::invalid_argument && end == point.data() + point.size();
-}
-
-std::string_view withoutOuterBlanks(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') + 1 - first);
-}
 
 /// Follows a data file line by line.
 class DataFileCheck {
@@ -56,7 +35,7 @@ public:
                 checkConstant(*constant_);
             }
             if (rows_ == 0) {
-                context_.findings.error("no-data", { file_, 0 }, "the file holds no data",
+                context_.findings.error("no-data", { file_, Place::endOfFile }, "the file holds no data",
                     "write the numbers, or remove the parameter");
             }
         }
@@ -73,15 +52,19 @@ private:
 
     void addLine(const RawLine& line)
     {
-        const std::string_view bytes = withoutMark(line);
-        checkAscii(line.place, bytes);
-        std::string decoded;
-        const std::string text(decodeLine(bytes, false, decoded));
-        if (text.empty() || text.starts_with('#')) {
+        if (line.isCut) {
+            ++rows_; // nothing can be read of the file
             return;
         }
-        if (twoArguments_ && text.starts_with(headerStart)) {
-            addHeader(line.place, text);
+        const std::string_view bytes = withoutMark(line);
+        checkAscii(line.place, bytes);
+        const std::string text(decoder_.decode(bytes));
+        if (format::isSkipped(text)) {
+            return;
+        }
+        const auto first = format::firstArgumentOf(text);
+        if (twoArguments_ && first) {
+            addHeader(line.place, *first);
         } else if (twoArguments_ && line.endsFile) {
             ++rows_;
             context_.findings.error("dropped-line", line.place,
@@ -95,39 +78,44 @@ private:
 
     std::string_view withoutMark(const RawLine& line)
     {
-        if (line.place.line != 1 || !line.bytes.starts_with(utf8Mark)) {
+        if (line.place.line != 1 || !line.bytes.starts_with(format::utf8Mark)) {
             return line.bytes;
         }
         context_.findings.error("mark-in-data", line.place,
             "data files have no byte-order mark; it counts as part of the line", "save the file without it");
-        return line.bytes.substr(utf8Mark.size());
+        return line.bytes.substr(format::utf8Mark.size());
     }
 
     void checkAscii(const Place& place, std::string_view bytes)
     {
         const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-        if (!bytes.starts_with('#') && !std::ranges::all_of(bytes, isAscii)) {
+        if (!bytes.starts_with(format::commentSign) && !std::ranges::all_of(bytes, isAscii)) {
             context_.findings.error("not-ascii", place,
                 "the line holds bytes beyond ASCII; in some locales it is lost without a word",
                 "write plain numbers");
         }
     }
 
-    void addHeader(const Place& place, const std::string& text)
+    void addHeader(const Place& place, std::string_view text)
     {
         closeSubtable();
         header_ = place;
         subtableRows_ = 0;
         last_.reset();
-        const auto first
-            = readNumber(place, std::string_view(text).substr(headerStart.size()), "the first argument");
-        if (first && std::ranges::find(firstArguments_, *first) != firstArguments_.end()) {
+        const auto first = readNumber(context_, place, text, "the first argument");
+        if (!first || std::isnan(*first)) {
+            return;
+        }
+        if (!firstArguments_.insert(*first).second) {
             context_.findings.warning("repeated-subtable", place,
                 fmt::format("the first argument {} has a subtable already", *first), "put the rows together");
+        } else if (lastFirst_ && *first < *lastFirst_) {
+            context_.findings.warning("decreasing-subtable", place,
+                fmt::format("the first argument {} is less than that of the subtable before, {}", *first,
+                    *lastFirst_),
+                "put the subtables in the order of their first arguments");
         }
-        if (first) {
-            firstArguments_.push_back(*first);
-        }
+        lastFirst_ = first;
     }
 
     void closeSubtable()
@@ -152,7 +140,7 @@ private:
     void checkConstant(const Constant& constant)
     {
         if (numbers_ == 1) {
-            readNumber(constant.place, constant.text, "the value");
+            readNumber(context_, constant.place, constant.text, "the value");
         } else {
             readNumbers(constant.place, constant.text);
         }
@@ -171,7 +159,7 @@ private:
             return;
         }
         const double argument = numbers.front();
-        if (std::isnan(argument) || (last_ && !(*last_ < argument))) {
+        if (!format::mayFollow(last_, argument)) {
             context_.findings.error("not-increasing", place,
                 last_ ? fmt::format(
                     "the argument {} does not increase: the row before has {}", argument, *last_)
@@ -184,7 +172,7 @@ private:
     /// The numbers of a line; none when their count is wrong or one of them is none.
     std::vector<double> readNumbers(const Place& place, const std::string& text)
     {
-        const std::vector<std::string> parts = conversions::splitString(text);
+        const std::vector<std::string> parts = format::splitString(text);
         if (parts.size() != numbers_) {
             context_.findings.error("bad-row", place,
                 fmt::format("{} is not {} numbers with blanks between", shown(text), numbers_),
@@ -193,7 +181,7 @@ private:
         }
         std::vector<double> numbers;
         for (std::size_t i = 0; i < parts.size(); ++i) {
-            if (const auto number = readNumber(place, parts[i], fmt::format("number {}", i + 1))) {
+            if (const auto number = readNumber(context_, place, parts[i], fmt::format("number {}", i + 1))) {
                 numbers.push_back(*number);
             }
         }
@@ -214,26 +202,8 @@ private:
             "write {} numbers; a comment is a line of its own that begins with \"#\"", numbers_);
     }
 
-    std::optional<double> readNumber(const Place& place, std::string_view text, std::string_view what)
-    {
-        const auto number = conversions::wstr2double(text);
-        if (!number) {
-            context_.findings.error("bad-number", place,
-                fmt::format("{} is {}, which is no number", what, shown(text)), "write a number");
-            return number;
-        }
-        if (!std::isfinite(*number)) {
-            context_.findings.warning(
-                "not-finite", place, fmt::format("{} is read as {}", what, *number), "write a finite number");
-        } else if (!isWholeNumber(withoutOuterBlanks(text))) {
-            context_.findings.warning("ignored-text", place,
-                fmt::format("{} is {} and is read as {}", what, shown(text), *number),
-                "write the number alone");
-        }
-        return number;
-    }
-
     Context& context_;
+    format::CLineDecoder decoder_ { false };
     std::string file_;
     bool twoArguments_;
     std::size_t numbers_; ///< on a line
@@ -242,14 +212,15 @@ private:
     std::optional<Place> header_; ///< the "P=" line above
     std::optional<Constant> constant_;
     std::optional<double> last_; ///< the argument of the row before
-    std::vector<double> firstArguments_;
+    std::optional<double> lastFirst_; ///< the first argument of the subtable before
+    std::set<double> firstArguments_;
 };
 
 } // namespace
 
 void checkDataFile(Context& context, const std::string& file, long type, bool vector)
 {
-    if (type < PARAM_TYPE_CONSTANT || type > PARAM_TYPE_TABLE2D_X) {
+    if (!format::isType(type)) {
         return; // reported with the head
     }
     const std::size_t components = vector ? 3 : 1;

@@ -1,63 +1,183 @@
 #include "check/lines.h"
 
-#include "files/CLineReader.h"
+#include "format/CLineCutter.h"
+#include "format/innerText.h"
+#include "format/paths.h"
+#include "format/vocabulary.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace tool::check {
 
 namespace {
 
-/// The line without what stands behind a NUL, which the library does not see.
-std::string_view cutAtNul(Context& context, std::string_view bytes, const Place& place)
-{
-    const std::size_t end = bytes.find('\0');
-    if (end != std::string_view::npos) {
-        context.findings.error(
-            "nul-byte", place, "a NUL byte ends the line early; the rest is not read", "remove the byte");
+using Cut = format::CLineCutter::Result;
+
+/// The bytes of a file.
+class InputFile {
+public:
+    /// Nothing waits, so that a FIFO cannot hang the check.
+    explicit InputFile(const std::string& path)
+        : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
+    {
     }
-    return bytes.substr(0, end);
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    ~InputFile()
+    {
+        if (isOpen()) {
+            ::close(descriptor_);
+        }
+    }
+
+    bool isOpen() const noexcept { return descriptor_ >= 0; }
+    bool isPlain() const noexcept
+    {
+        struct stat status { };
+        return ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+    }
+
+    /// Gives the cutter more bytes; false when reading fails.
+    bool feed(format::CLineCutter& lines) const noexcept
+    {
+        const auto room = lines.room();
+        ssize_t count = 0;
+        do {
+            count = ::read(descriptor_, room.data(), room.size());
+        } while (count < 0 && errno == EINTR);
+        if (count >= 0) {
+            lines.received(static_cast<std::size_t>(count));
+        }
+        return count >= 0;
+    }
+
+private:
+    int descriptor_;
+};
+
+bool isUtf16(std::string_view bytes)
+{
+    const bool marked = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+    const auto nuls = static_cast<std::size_t>(std::ranges::count(bytes, '\0'));
+    return marked || (nuls >= 2 && nuls * 3 >= bytes.size()); // every second byte in ASCII
 }
 
-void reportTooLong(Context& context, const Place& place)
+/// True when a CR stands before the end of a line, where it ends nothing.
+bool holdsCr(std::string_view bytes)
 {
-    context.findings.error("long-line", place,
-        fmt::format("the line is longer than {} bytes; it is cut, and nothing behind it is read",
-            CLineReader::maxLineLength),
-        "shorten the line");
+    return bytes.substr(0, bytes.size() - (bytes.empty() ? 0 : 1)).find('\r') != std::string_view::npos;
 }
+
+/// Hands on the lines of one file.
+class LineReader {
+public:
+    LineReader(Context& context, const std::string& file, const std::function<void(const RawLine&)>& each)
+        : findings_(context.findings)
+        , line_ { {}, { file }, false, false }
+        , each_(each)
+    {
+    }
+
+    /// False when nothing of the file is of use; that has been reported.
+    bool read(const InputFile& input)
+    {
+        for (;;) {
+            std::string_view bytes;
+            const Cut cut = lines_.next(bytes);
+            if (cut == Cut::NeedBytes) {
+                if (!input.feed(lines_)) {
+                    return refuse("cannot-read", "the file cannot be read", "replace it by a plain file");
+                }
+                continue;
+            }
+            line_.isCut = cut == Cut::TooLong;
+            line_.endsFile = lines_.hitEnd();
+            if (++line_.place.line == 1 && !isText(bytes)) {
+                return false;
+            }
+            handOn(bytes);
+            if (line_.isCut || line_.endsFile) {
+                return true;
+            }
+        }
+    }
+
+private:
+    bool refuse(std::string_view kind, std::string_view what, std::string_view advice)
+    {
+        findings_.error(kind, { line_.place.file }, what, advice);
+        return false;
+    }
+
+    /// Looks at the first line, which is the whole file when its lines end with CR alone.
+    bool isText(std::string_view bytes)
+    {
+        if (isUtf16(bytes)) {
+            return refuse("utf-16", "the file is UTF-16, of which nothing is read as it stands",
+                "save it as UTF-8, for example with \"iconv -f UTF-16 -t UTF-8\"");
+        }
+        if ((line_.endsFile || line_.isCut) && holdsCr(bytes)) {
+            return refuse("cr-only", "the lines end with CR alone, so that all of them count as one",
+                "save the file with LF or CR LF as line ends");
+        }
+        return true;
+    }
+
+    void handOn(std::string_view bytes)
+    {
+        if (line_.isCut) {
+            findings_.error("long-line", line_.place,
+                fmt::format(
+                    "the line is longer than {} bytes; nothing behind them is read", format::maxLineLength),
+                "shorten the line");
+        }
+        const std::size_t end = bytes.find('\0');
+        if (end != std::string_view::npos) {
+            findings_.error("nul-byte", line_.place, "a NUL byte ends the line early; the rest is not read",
+                "remove the byte");
+        }
+        line_.bytes = bytes.substr(0, end);
+        if (holdsCr(line_.bytes)) {
+            findings_.error("lone-cr", line_.place,
+                "a CR that no LF follows ends no line: what stands behind it belongs to this one",
+                "let each line end with LF or CR LF");
+        }
+        each_(line_);
+    }
+
+    Findings& findings_;
+    RawLine line_;
+    const std::function<void(const RawLine&)>& each_;
+    format::CLineCutter lines_;
+};
 
 } // namespace
+
+std::string Context::pathOf(std::string_view file) const
+{
+    return format::text::toLocale(file.empty() ? root : format::joinPath(root, file));
+}
 
 bool readLines(Context& context, const std::string& file, const std::function<void(const RawLine&)>& each)
 {
     ++context.files;
-    qm::CQMInputFile input(context.pathOf(file));
+    const InputFile input(context.pathOf(file));
     if (!input.isOpen()) {
-        context.findings.error("cannot-open", { file, 0 }, "the file cannot be opened",
+        context.findings.error("cannot-open", { file }, "the file cannot be opened",
             "give the right to read it, or remove a link that leads nowhere");
         return false;
     }
-    CLineReader lines(input, false);
-    RawLine line { {}, { file, 0 }, false };
-    for (bool more = true; more;) {
-        std::string_view bytes;
-        const CLineReader::Result result = lines.next(bytes);
-        if (result == CLineReader::Result::Failed) {
-            context.findings.error(
-                "cannot-read", { file, 0 }, "the file cannot be read", "replace it by a plain file");
-            return false;
-        }
-        ++line.place.line;
-        line.bytes = cutAtNul(context, bytes, line.place);
-        line.endsFile = lines.hitEnd();
-        each(line);
-        if (result == CLineReader::Result::TooLong) {
-            reportTooLong(context, line.place);
-        }
-        more = result == CLineReader::Result::Line && !line.endsFile;
+    if (!input.isPlain()) {
+        context.findings.error(
+            "cannot-read", { file }, "it is no file to read from", "replace it by a plain file");
+        return false;
     }
-    return true;
+    return LineReader(context, file, each).read(input);
 }
 
 } // namespace tool::check

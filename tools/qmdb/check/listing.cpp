@@ -1,15 +1,16 @@
 #include "check/listing.h"
 
+#include "common/characters.h"
 #include "common/encodings.h"
-#include "common/failure.h"
 #include "common/names.h"
 
-#include "qm/CQMFileSystem.h"
+#include "format/innerText.h"
+#include "format/paths.h"
+#include "format/vocabulary.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
-#include <optional>
 
 namespace tool::check {
 
@@ -24,17 +25,17 @@ struct Extension {
 };
 
 constexpr Extension extensions[] = {
-    { "mtd", "directly in a directory below the database's own" },
-    { "phd", "directly in a directory below a substance's" },
-    { "pcd", "directly in a directory below a substance's" },
-    { "prd", "directly in the database's directory" },
-    { "prh", "directly in the directory of a substance, a phase or a phase change" },
-    { "dat", "beside the parameter heads that name them" },
+    { format::substanceExtension, "directly in a directory below the database's own" },
+    { format::phaseExtension, "directly in a directory below a substance's" },
+    { format::phaseChangeExtension, "directly in a directory below a substance's" },
+    { format::descriptionExtension, "directly in the database's directory" },
+    { format::headExtension, "directly in the directory of a substance, a phase or a phase change" },
+    { format::dataExtension, "beside the parameter heads that name them" },
 };
 
 std::string_view extensionOf(std::string_view name)
 {
-    return qm::CQMFileSystem::SplitPath(name, true).ext;
+    return format::splitPath(name).ext;
 }
 
 const Extension* find(std::string_view name)
@@ -57,7 +58,7 @@ const Extension* nearlyHas(std::string_view name)
 /// The library writes descriptors under such names before it moves them into place.
 bool isInterruptedAddition(std::string_view name)
 {
-    return name.ends_with(".tmp");
+    return name.ends_with(format::temporaryEnding);
 }
 
 /// The library's scans take these for directories; a link is what it leads to.
@@ -67,13 +68,38 @@ bool countsAsDirectory(const fs::directory_entry& entry)
     return entry.is_directory(ignored) || entry.is_socket(ignored) || entry.is_block_file(ignored);
 }
 
-/// Nothing when the locale cannot convert the name.
-std::optional<std::string> nameOf(const fs::directory_entry& entry)
+/// True when an entry leads to a directory or to one above it.
+bool leadsBack(const Context& context, const std::string& directory, const fs::path& entry)
 {
-    try {
-        return fromLocale(entry.path().filename().c_str());
-    } catch (const Failure&) {
-        return std::nullopt;
+    std::error_code ignored;
+    if (fs::equivalent(context.pathOf(directory), entry, ignored)) {
+        return true;
+    }
+    const std::size_t end = directory.rfind('/');
+    return !directory.empty()
+        && leadsBack(context, directory.substr(0, end == std::string::npos ? 0 : end), entry);
+}
+
+void addEntry(Context& context, Listing& listing, const fs::directory_entry& entry)
+{
+    const std::string name = format::text::fromLocale(entry.path().filename().native());
+    const Place place { join(listing.directory, name) };
+    if (name.empty()) {
+        context.findings.error("bad-name", { listing.directory },
+            "the directory holds an entry whose name is no text in the locale's encoding", "rename it");
+        return;
+    }
+    if (std::ranges::any_of(toWide(name), isControl)) {
+        context.findings.warning(
+            "control-character", place, "the name of the entry holds control characters", "remove them");
+    }
+    if (!countsAsDirectory(entry)) {
+        listing.files.push_back(name);
+    } else if (entry.is_symlink() && leadsBack(context, listing.directory, entry.path())) {
+        context.findings.warning(
+            "link-loop", place, "the link leads back to a directory that it lies in", "remove it");
+    } else {
+        listing.directories.push_back(name);
     }
 }
 
@@ -97,6 +123,11 @@ void reportStrayFile(Context& context, const Place& place, std::string_view name
 
 } // namespace
 
+std::string join(std::string_view directory, std::string_view name)
+{
+    return directory.empty() ? std::string(name) : format::joinPath(directory, name);
+}
+
 std::vector<std::string> Listing::filesWith(std::string_view extension) const
 {
     std::vector<std::string> found;
@@ -109,43 +140,43 @@ Listing list(Context& context, const std::string& directory)
 {
     Listing listing { directory, {}, {}, false };
     std::error_code failure;
-    const std::string path = directory.empty() ? context.root : context.pathOf(directory);
-    fs::directory_iterator entries(toLocale(path), failure);
+    fs::directory_iterator entries(context.pathOf(directory), failure);
     listing.isOpen = !failure;
     if (failure) {
-        context.findings.error("cannot-open", { directory, 0 }, "the directory cannot be opened",
+        context.findings.error("cannot-open", { directory }, "the directory cannot be opened",
             "give the right to read and search it");
     }
     for (; !failure && entries != fs::directory_iterator(); entries.increment(failure)) {
-        if (const auto name = nameOf(*entries)) {
-            (countsAsDirectory(*entries) ? listing.directories : listing.files).push_back(*name);
-        } else {
-            context.findings.error("bad-name", { directory, 0 },
-                "the directory holds an entry whose name is no text in the locale's encoding", "rename it");
-        }
+        addEntry(context, listing, *entries);
     }
     std::ranges::sort(listing.directories);
     std::ranges::sort(listing.files);
     return listing;
 }
 
+bool isLink(const Context& context, const std::string& directory)
+{
+    std::error_code ignored;
+    return fs::is_symlink(context.pathOf(directory), ignored);
+}
+
 bool isStringTable(std::string_view name)
 {
-    return name == "default.lst" || name == "strings.lst";
+    return name == format::defaultTable || name == format::russianTable;
 }
 
 void reportStrayFiles(
     Context& context, const Listing& listing, std::initializer_list<std::string_view> expected)
 {
     for (const std::string& name : listing.files) {
-        const Place place { listing.directory.empty() ? name : fmt::format("{}/{}", listing.directory, name),
-            0 };
+        const Place place { join(listing.directory, name) };
         if (std::ranges::find(expected, extensionOf(name)) != expected.end()) {
             continue;
         }
-        if (listing.directory.empty() && extensionOf(name) == "lst" && !isStringTable(name)) {
+        if (listing.directory.empty() && extensionOf(name) == extensionOf(format::defaultTable)
+            && !isStringTable(name)) {
             context.findings.warning("wrong-extension", place, "no language reads this string table",
-                "call it default.lst or strings.lst, or remove it");
+                fmt::format("call it {} or {}, or remove it", format::defaultTable, format::russianTable));
         }
         reportStrayFile(context, place, name);
     }
@@ -153,13 +184,13 @@ void reportStrayFiles(
 
 void reportUnreadFiles(Context& context, const std::string& directory)
 {
-    constexpr auto deepest = 6; // links may lead round in circles
+    if (isLink(context, directory)) {
+        return; // what it leads to is not the database's
+    }
     const Listing listing = list(context, directory);
-    reportStrayFiles(context, listing, { "dat" });
-    if (std::ranges::count(directory, '/') < deepest) {
-        for (const std::string& name : listing.directories) {
-            reportUnreadFiles(context, fmt::format("{}/{}", directory, name));
-        }
+    reportStrayFiles(context, listing, { format::dataExtension });
+    for (const std::string& name : listing.directories) {
+        reportUnreadFiles(context, join(directory, name));
     }
 }
 

@@ -8,6 +8,9 @@
 
 namespace tool::check {
 
+/// The path of an entry below the database's directory.
+std::string join(std::string_view directory, std::string_view name);
+
 /// The names in one directory, sorted, as the library's scans see them.
 struct Listing {
     std::string directory; ///< below the database's
@@ -19,8 +22,12 @@ struct Listing {
     std::vector<std::string> filesWith(std::string_view extension) const;
 };
 
-/// Lists a directory; reports when that fails and names that the locale cannot express.
+/// Lists a directory; reports when that fails, names that are no use, and links that lead round in circles,
+/// which it leaves out.
 Listing list(Context& context, const std::string& directory);
+
+/// True for a symbolic link.
+bool isLink(const Context& context, const std::string& directory);
 
 bool isStringTable(std::string_view name);
 
@@ -29,8 +36,8 @@ bool isStringTable(std::string_view name);
 void reportStrayFiles(
     Context& context, const Listing& listing, std::initializer_list<std::string_view> expected);
 
-/// Reports the database's files in a directory so deep that no scan gets there. Data files are left
-/// out: a head may name one in a directory below its own.
+/// Reports the database's files in a directory so deep that no scan gets there, links left out. Data files
+/// are left out too: a head may name one in a directory below its own.
 void reportUnreadFiles(Context& context, const std::string& directory);
 
 } // namespace tool::check

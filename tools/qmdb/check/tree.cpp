@@ -1,6 +1,7 @@
 #include "check/tree.h"
 
 #include "check/listing.h"
+#include "check/rules.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -9,17 +10,12 @@ namespace tool::check {
 
 namespace {
 
-std::string join(std::string_view directory, std::string_view name)
-{
-    return directory.empty() ? std::string(name) : fmt::format("{}/{}", directory, name);
-}
-
 /// Reads the files of one extension in a directory.
 std::vector<Descriptor> readFiles(
-    Context& context, const Listing& listing, std::string_view extension, DescriptorKind kind)
+    Context& context, const Listing& listing, const format::DescriptorKind& kind)
 {
     std::vector<Descriptor> descriptors;
-    for (const std::string& name : listing.filesWith(extension)) {
+    for (const std::string& name : listing.filesWith(kind.extension)) {
         descriptors.emplace_back(context, join(listing.directory, name));
         checkKeys(context, descriptors.back(), kind);
     }
@@ -27,55 +23,61 @@ std::vector<Descriptor> readFiles(
 }
 
 /// Appends what a directory holds when there is a descriptor of the kind in it.
-bool appendEntity(Context& context, const Listing& listing, std::string_view extension, DescriptorKind kind,
+bool appendEntity(Context& context, const Listing& listing, const format::DescriptorKind& kind,
     std::vector<Entity>& entities)
 {
-    std::vector<Descriptor> descriptors = readFiles(context, listing, extension, kind);
+    std::vector<Descriptor> descriptors = readFiles(context, listing, kind);
     if (descriptors.empty()) {
         return false;
     }
     if (descriptors.size() > 1) {
-        context.findings.error("several-descriptors", { listing.directory, 0 },
+        context.findings.error("several-descriptors", { listing.directory },
             fmt::format(
                 "the directory holds {} files with the extension \"{}\": the database cannot be opened",
-                descriptors.size(), extension),
+                descriptors.size(), kind.extension),
             "leave one of them here");
     }
-    entities.push_back({ listing.directory, std::move(descriptors.front()),
-        readFiles(context, listing, "prh", DescriptorKind::Head) });
+    entities.push_back(
+        { listing.directory, std::move(descriptors.front()), readFiles(context, listing, format::headKind) });
     return true;
 }
 
-void reportNoEntity(Context& context, const Listing& listing, std::string_view what)
+void reportNoEntity(Context& context, const Listing& listing, std::string_view extensions)
 {
     const bool hidden = listing.directory.substr(listing.directory.rfind('/') + 1).starts_with('.');
     if (hidden || !listing.isOpen) {
         return; // a directory that cannot be opened has been reported
     }
     if (listing.isEmpty()) {
-        context.findings.warning("empty-directory", { listing.directory, 0 },
+        context.findings.warning("empty-directory", { listing.directory },
             "the directory is empty, as an addition that was refused leaves it", "remove it");
         return;
     }
-    context.findings.warning("no-descriptor", { listing.directory, 0 },
-        fmt::format("the directory holds no {}: nothing in it is read", what),
+    context.findings.warning("no-descriptor", Place { listing.directory }.behind(listing.directory),
+        fmt::format("the directory holds no file with the extension {}: nothing in it is read", extensions),
         "add the file, or remove the directory");
 }
 
 void readSubdirectory(Context& context, const std::string& directory, SubstanceTree& substance)
 {
     const Listing listing = list(context, directory);
-    const bool phase = appendEntity(context, listing, "phd", DescriptorKind::Phase, substance.phases);
-    const bool change = appendEntity(context, listing, "pcd", DescriptorKind::PhaseChange, substance.changes);
+    const bool phase = appendEntity(context, listing, format::phaseKind, substance.phases);
+    const bool change = appendEntity(context, listing, format::phaseChangeKind, substance.changes);
     if (!phase && !change) {
-        reportNoEntity(context, listing, "file with the extension \"phd\" or \"pcd\"");
+        reportNoEntity(context, listing,
+            fmt::format("\"{}\" or \"{}\"", format::phaseExtension, format::phaseChangeExtension));
     }
     if (phase && change) {
-        context.findings.warning("two-kinds", { directory, 0 },
+        context.findings.warning("two-kinds", { directory },
             "the directory is a phase and a phase change at once, and both have its parameters",
             "give each a directory of its own");
     }
-    reportStrayFiles(context, listing, { "phd", "pcd", "prh", "dat" });
+    reportStrayFiles(context, listing,
+        { format::phaseExtension, format::phaseChangeExtension, format::headExtension,
+            format::dataExtension });
+    if (isLink(context, directory)) {
+        return; // whatever is below it lies elsewhere
+    }
     for (const std::string& name : listing.directories) {
         reportUnreadFiles(context, join(directory, name));
     }
@@ -87,8 +89,8 @@ void readSubstance(Context& context, const std::string& directory, Tree& tree)
 {
     const Listing listing = list(context, directory);
     std::vector<Entity> found;
-    if (!appendEntity(context, listing, "mtd", DescriptorKind::Substance, found)) {
-        reportNoEntity(context, listing, "file with the extension \"mtd\"");
+    if (!appendEntity(context, listing, format::substanceKind, found)) {
+        reportNoEntity(context, listing, fmt::format("\"{}\"", format::substanceExtension));
         reportStrayFiles(context, listing, {});
         return;
     }
@@ -97,10 +99,11 @@ void readSubstance(Context& context, const std::string& directory, Tree& tree)
         readSubdirectory(context, join(directory, name), substance);
     }
     if (substance.phases.empty()) {
-        context.findings.error("no-phase", { substance.self.descriptor.file(), 0 },
+        context.findings.error("no-phase", Place { substance.self.descriptor.file() }.behind(directory),
             "the substance has no phase: opening the database skips it", "add a phase");
     }
-    reportStrayFiles(context, listing, { "mtd", "prh", "dat" });
+    reportStrayFiles(
+        context, listing, { format::substanceExtension, format::headExtension, format::dataExtension });
     tree.substances.push_back(std::move(substance));
 }
 
@@ -111,13 +114,13 @@ Tree readTree(Context& context)
     for (const std::string& name : root.directories) {
         readSubstance(context, name, tree);
     }
-    tree.descriptions = readFiles(context, root, "prd", DescriptorKind::Description);
-    for (const std::string& name : root.filesWith("lst")) {
+    tree.descriptions = readFiles(context, root, format::descriptionKind);
+    for (const std::string& name : root.files) {
         if (isStringTable(name)) {
             tree.tables.emplace_back(context, name);
         }
     }
-    reportStrayFiles(context, root, { "prd" });
+    reportStrayFiles(context, root, { format::descriptionExtension });
     return tree;
 }
 

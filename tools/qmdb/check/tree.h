@@ -1,7 +1,6 @@
 #pragma once
 
 #include "check/Descriptor.h"
-#include "check/keys.h"
 
 #include <vector>
 

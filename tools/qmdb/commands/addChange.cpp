@@ -1,4 +1,4 @@
-#include "commands/addChange.h"
+#include "commands/commands.h"
 
 #include "common/names.h"
 #include "database/DatabaseLock.h"

@@ -1,10 +1,11 @@
-#include "commands/addParameter.h"
+#include "commands/commands.h"
 
 #include "commands/owners.h"
+#include "common/characters.h"
 #include "common/encodings.h"
 #include "common/names.h"
 #include "common/numbers.h"
-#include "common/shown.h"
+#include "common/vocabulary.h"
 #include "database/DatabaseLock.h"
 #include "database/valueObjects.h"
 #include "input/tableRows.h"
@@ -105,14 +106,15 @@ Table tableOfOptions(const ParameterOptions& options)
 /// The type that the user gives, else the first that a table of so many arguments may have.
 PARAM_TYPE typeOf(const ParameterOptions& options, const Table& table)
 {
-    constexpr std::string_view letters[] = { "C", "tp", "TX" };
-    const std::string_view possible = letters[table.arguments];
+    constexpr std::pair<std::size_t, std::size_t> runs[] = { { 0, 1 }, { 1, 2 }, { 3, 2 } };
+    const auto [first, count] = runs[table.arguments];
+    const std::string_view possible = vocabulary::typeLetters.substr(first, count);
     if (!options.type.empty() && possible.find(options.type) == std::string_view::npos) {
         throw Failure("type {} does not fit: a value with {} arguments has the type {}", options.type,
             table.arguments, fmt::join(possible, " or "));
     }
     const std::string letter = options.type.empty() ? std::string(possible.substr(0, 1)) : options.type;
-    return static_cast<PARAM_TYPE>(std::string_view("?CtpTX").find(letter));
+    return static_cast<PARAM_TYPE>(vocabulary::typeLetters.find(letter) + 1);
 }
 
 int runAddParameter(const ParameterOptions& options)
@@ -165,10 +167,14 @@ void addParameterCommand(CLI::App& add, Action& action)
         ->add_option("--phase", options->phase, "Phase, by name or number; without it the substance itself")
         ->type_name("PHASE")
         ->check(notEmpty());
+    std::vector<std::string> types;
+    for (const char letter : vocabulary::typeLetters) {
+        types.emplace_back(1, letter);
+    }
     command
         ->add_option("--type", options->type,
             "C constant, t or p table of one argument, T or X of two; by default C, t or T")
-        ->check(CLI::IsMember({ "C", "t", "p", "T", "X" }));
+        ->check(CLI::IsMember(types));
     auto* input = command->add_option_group("Value", "One of these");
     input->add_option("--value", options->value, "A constant, or the three components of a vector")
         ->expected(1, 3)

@@ -1,4 +1,4 @@
-#include "commands/addPhase.h"
+#include "commands/commands.h"
 
 #include "commands/phaseOptions.h"
 #include "common/names.h"

@@ -1,8 +1,9 @@
-#include "commands/addSubstance.h"
+#include "commands/commands.h"
 
 #include "commands/phaseOptions.h"
 #include "common/names.h"
 #include "common/numbers.h"
+#include "common/vocabulary.h"
 #include "database/DatabaseLock.h"
 #include "input/recordTexts.h"
 
@@ -51,7 +52,7 @@ std::vector<COMPONENT> compositionOf(
         throw Failure("a mixture has two components or more");
     }
     // The library refuses these too, but only after it has made the substance's directory.
-    if (!texts.empty() && (sum > 1 || sum < 0.99)) {
+    if (!texts.empty() && !vocabulary::isSumAllowed(sum)) {
         throw Failure("the molar fractions add up to {}; they must add up to 0.99 to 1", sum);
     }
     return composition;

@@ -1,12 +1,12 @@
-#include "commands/check.h"
+#include "commands/commands.h"
 
-#include "check/data.h"
-#include "check/displayTexts.h"
-#include "check/references.h"
-#include "check/tree.h"
+#include "check/check.h"
+#include "common/characters.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/json.h"
+
+#include <optional>
 
 namespace tool {
 
@@ -22,20 +22,6 @@ std::string counted(std::size_t count, std::string_view noun)
     return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
-void checkAllData(check::Context& context, const check::Tree& tree)
-{
-    Progress progress(tree.substances.size());
-    for (const check::SubstanceTree& substance : tree.substances) {
-        checkData(context, substance.self);
-        for (const auto* entities : { &substance.phases, &substance.changes }) {
-            for (const check::Entity& entity : *entities) {
-                checkData(context, entity);
-            }
-        }
-        progress.step();
-    }
-}
-
 void printFinding(Output& output, const check::Finding& finding)
 {
     const bool error = finding.severity == check::Severity::Error;
@@ -43,35 +29,34 @@ void printFinding(Output& output, const check::Finding& finding)
     const std::string severity
         = output.styled(fmt::fg(colour) | fmt::emphasis::bold, error ? "error" : "warning");
     const std::string file = finding.place.file.empty() ? "." : finding.place.file;
-    const std::string line = finding.place.line == 0 ? "" : fmt::format(":{}", finding.place.line);
-    output.print("{}{}: {}: {}; {} [{}]\n", file, line, severity, finding.what, finding.advice, finding.kind);
+    const std::string line = finding.place.hasLine() ? fmt::format(":{}", finding.place.line) : "";
+    output.print("{}{}: {}: {}; {} [{}]\n", printable(file), line, severity, printable(finding.what),
+        printable(finding.advice), finding.kind);
 }
 
-void printText(Output& output, const check::Context& context)
+void printText(Output& output, const check::Findings& findings, std::size_t files)
 {
-    for (const check::Finding& finding : context.findings.all()) {
+    for (const check::Finding& finding : findings.all()) {
         printFinding(output, finding);
     }
-    const std::size_t errors = context.findings.count(check::Severity::Error);
-    const std::size_t warnings = context.findings.count(check::Severity::Warning);
-    output.print("{}, {} in {}\n", counted(errors, "error"), counted(warnings, "warning"),
-        counted(context.files, "file"));
+    output.print("{}, {} in {}\n", counted(findings.count(check::Severity::Error), "error"),
+        counted(findings.count(check::Severity::Warning), "warning"), counted(files, "file"));
 }
 
 Json toJson(const check::Finding& finding)
 {
     const check::Place& place = finding.place;
-    return { { "file", place.file }, { "line", place.line == 0 ? Json() : Json(place.line) },
+    return { { "file", place.file }, { "line", place.hasLine() ? Json(place.line) : Json() },
         { "severity", finding.severity == check::Severity::Error ? "error" : "warning" },
         { "kind", finding.kind }, { "what", finding.what }, { "do", finding.advice } };
 }
 
-std::string reportJson(const CheckOptions& options, const check::Context& context)
+std::string reportJson(const std::string& directory, const check::Findings& findings, std::size_t files)
 {
-    Json json { { "directory", options.directory }, { "files", context.files },
-        { "errors", context.findings.count(check::Severity::Error) },
-        { "warnings", context.findings.count(check::Severity::Warning) }, { "findings", Json::array() } };
-    for (const check::Finding& finding : context.findings.all()) {
+    Json json { { "directory", directory }, { "files", files },
+        { "errors", findings.count(check::Severity::Error) },
+        { "warnings", findings.count(check::Severity::Warning) }, { "findings", Json::array() } };
+    for (const check::Finding& finding : findings.all()) {
         json["findings"].push_back(toJson(finding));
     }
     return dump(json, 2);
@@ -81,16 +66,15 @@ int runCheck(const CheckOptions& options)
 {
     requireDatabase(options.directory);
     check::Findings findings;
-    check::Context context { options.directory, findings };
-    const check::Tree tree = readTree(context);
-    checkReferences(context, tree);
-    checkTexts(context, tree);
-    checkAllData(context, tree);
+    std::optional<Progress> progress;
+    const std::size_t files = check::checkDatabase(options.directory, findings,
+        [&](std::size_t substances) { progress ? progress->step() : progress.emplace(substances).step(); });
+    progress.reset();
     Output output;
     if (options.json) {
-        output.print("{}\n", reportJson(options, context));
+        output.print("{}\n", reportJson(options.directory, findings, files));
     } else {
-        printText(output, context);
+        printText(output, findings, files);
     }
     output.finish();
     return findings.all().empty() ? ExitDone : ExitFindings;

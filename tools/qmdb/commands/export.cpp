@@ -1,4 +1,4 @@
-#include "commands/export.h"
+#include "commands/commands.h"
 
 #include "check/ValueFiles.h"
 #include "commands/misreadings.h"

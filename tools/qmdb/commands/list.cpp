@@ -1,4 +1,4 @@
-#include "commands/list.h"
+#include "commands/commands.h"
 
 #include "common/names.h"
 #include "output/Output.h"

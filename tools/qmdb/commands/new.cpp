@@ -1,7 +1,8 @@
-#include "commands/new.h"
+#include "commands/commands.h"
 
 #include "commands/commonParameters.h"
 #include "common/encodings.h"
+#include "common/vocabulary.h"
 #include "database/DatabaseLock.h"
 #include "output/Output.h"
 #include "output/columns.h"
@@ -18,8 +19,6 @@ namespace {
 struct NewOptions {
     std::string directory;
 };
-
-constexpr std::string_view mark = "\xEF\xBB\xBF"; ///< says that a file is UTF-8
 
 constexpr std::string_view readmeHead = R"(A database of material properties
 
@@ -50,7 +49,7 @@ std::string line(std::string_view key, std::string_view value)
 std::string descriptionText(const CommonParameter& parameter)
 {
     const CommonUnits& units = unitsOf(parameter);
-    return std::string(mark) + line("AvForPhases", parameter.states) + line("Binary", "0")
+    return std::string(vocabulary::utf8Mark) + line("AvForPhases", parameter.states) + line("Binary", "0")
         + line("DataTypes", parameter.types) + line("ID", std::to_string(parameter.id))
         + line("Name", parameter.name) + line("NameID", std::to_string(parameter.nameId()))
         + line("Scalar", "1") + line("Units", units.text) + line("UnitsID", std::to_string(units.id))
@@ -59,7 +58,7 @@ std::string descriptionText(const CommonParameter& parameter)
 
 std::string tableText(bool russian)
 {
-    std::string text(mark);
+    std::string text(vocabulary::utf8Mark);
     for (const CommonParameter& parameter : commonParameters()) {
         text += line(std::to_string(parameter.nameId()), russian ? parameter.russianName : parameter.name);
     }
@@ -112,10 +111,11 @@ int runNew(const NewOptions& options)
         throw Failure("\"{}\" is not empty", options.directory);
     }
     writeFile(directory / "README.txt", readmeText());
-    writeFile(directory / "default.lst", tableText(false));
-    writeFile(directory / "strings.lst", tableText(true));
+    writeFile(directory / vocabulary::defaultTable, tableText(false));
+    writeFile(directory / vocabulary::russianTable, tableText(true));
     for (const CommonParameter& parameter : commonParameters()) {
-        writeFile(directory / fmt::format("{}.prd", parameter.file), descriptionText(parameter));
+        writeFile(directory / fmt::format("{}.{}", parameter.file, vocabulary::descriptionExtension),
+            descriptionText(parameter));
     }
     Output output;
     output.print("made {} with {} parameter descriptions; README.txt tells how to go on\n", options.directory,

@@ -1,6 +1,6 @@
 #include "commands/subcommand.h"
 
-#include "check/presence.h"
+#include "check/check.h"
 #include "common/encodings.h"
 #include "database/statusText.h"
 

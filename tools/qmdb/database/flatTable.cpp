@@ -1,5 +1,7 @@
 #include "database/flatTable.h"
 
+#include "common/vocabulary.h"
+
 #include <fmt/format.h>
 #include <span>
 
@@ -116,9 +118,8 @@ std::vector<std::string_view> argumentNames(PARAM_TYPE type)
 
 std::string_view typeLetter(PARAM_TYPE type)
 {
-    constexpr std::string_view letters = "?CtpTX";
-    const auto number = static_cast<std::size_t>(type);
-    return letters.substr(number < letters.size() ? number : 0, 1);
+    const std::size_t index = static_cast<std::size_t>(type) - 1; // no type is before all
+    return index < vocabulary::typeLetters.size() ? vocabulary::typeLetters.substr(index, 1) : "?";
 }
 
 std::string typeText(PARAM_TYPE type)

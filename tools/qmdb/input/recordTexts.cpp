@@ -1,28 +1,12 @@
 #include "input/recordTexts.h"
 
+#include "common/characters.h"
 #include "common/encodings.h"
 #include "common/failure.h"
 
 #include <algorithm>
-#include <cwctype>
 
 namespace tool {
-
-namespace {
-
-bool isBlank(wchar_t character)
-{
-    return std::iswspace(static_cast<std::wint_t>(character)) != 0;
-}
-
-bool isControl(wchar_t character)
-{
-    constexpr wchar_t firstBeyondAscii = 0x7F; // with those of Latin-1 behind it
-    constexpr wchar_t lastBeyondAscii = 0x9F;
-    return character < L' ' || (character >= firstBeyondAscii && character <= lastBeyondAscii);
-}
-
-} // namespace
 
 void setText(std::span<wchar_t> field, const std::string& text, std::string_view what)
 {

@@ -1,8 +1,9 @@
 #include "input/tableRows.h"
 
+#include "common/characters.h"
 #include "common/failure.h"
 #include "common/numbers.h"
-#include "common/shown.h"
+#include "common/vocabulary.h"
 
 #include <algorithm>
 #include <fmt/ranges.h>
@@ -123,8 +124,8 @@ void checkColumns(const std::vector<InputRow>& rows, Problems& problems)
 /// A line without byte-order mark and outer blanks; empty for a comment.
 std::string_view contentOf(std::string_view line, bool first)
 {
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    line.remove_prefix(first && line.starts_with(mark) ? mark.size() : 0);
+    const bool marked = first && line.starts_with(vocabulary::utf8Mark);
+    line.remove_prefix(marked ? vocabulary::utf8Mark.size() : 0);
     line = trimmed(line, blanks);
     return line.starts_with('#') ? std::string_view() : line;
 }
