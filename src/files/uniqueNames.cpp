@@ -14,7 +14,7 @@ std::string probe(const CDirectory& directory, std::string_view prefix, std::str
 {
     for (std::size_t number = 1;; ++number) {
         std::string name = format::numberedName(prefix, number, extension);
-        if (!qm::CQMFileSystem::Exists(directory.pathOf(name))) {
+        if (qm::CQMFileSystem::IsFree(directory.pathOf(name))) {
             return name;
         }
     }

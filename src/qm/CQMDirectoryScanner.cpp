@@ -1,5 +1,6 @@
 #include "qm/CQMDirectoryScanner.h"
 
+#include "qm/CQMFileSystem.h"
 #include "qm/retry.h"
 
 #include <fcntl.h>
@@ -60,7 +61,7 @@ CQMDirectoryScanner::Kind CQMDirectoryScanner::kindOf(const dirent64& entry) con
     }
     struct stat status { };
     if (retried([&] { return ::fstatat(directory_, entry.d_name, &status, 0); }) != 0) {
-        return Kind::Missing;
+        return CQMFileSystem::IsAbsence(errno) ? Kind::Missing : Kind::Unknown;
     }
     return status.st_mode & directoryBit ? Kind::Directory : Kind::File;
 }
