@@ -31,7 +31,15 @@ int addSubstance(long database, int number)
 
 int addMixture(long database, int number)
 {
-    return addMatter(database, { nameOf(number), {}, 1, { { water, 0.25 }, { 7, 0.75 } } });
+    COMPONENT parts[] = { { water, 0.25 }, { 7, 0.75 } };
+    MATTER record {};
+    fill(record.name, nameOf(number));
+    record.mixture = 1;
+    record.compositionCount = 2;
+    record.composition = parts;
+    const int code = qmdbAddMatter(database, &record);
+    record.composition = nullptr; // not made with new
+    return code;
 }
 
 int addLiquid(long database, int number)
@@ -75,7 +83,7 @@ void fillValue(Value& value, int number)
         value.x = number + 0.5;
         value.z = -1;
     } else if constexpr (requires { value.rows; }) {
-        fillRows(value, number == 1 && value.isVector ? manyRows : number);
+        fillRows(value, number == 1 && std::is_same_v<Value, IDbDataTableVector> ? manyRows : number);
     } else {
         using Subtable = std::remove_pointer_t<decltype(value.subtables)>;
         value.subtables = new Subtable[2];
@@ -87,13 +95,18 @@ void fillValue(Value& value, int number)
     }
 }
 
+template <class Value>
+struct Filled : Value {
+    explicit Filled(int number) { fillValue<Value>(*this, number); }
+};
+
 template <class Value, int type, bool isVector, const Owner& owner>
 int addValue(long database, int number)
 {
-    Value value;
-    value.isVector = isVector;
-    fillValue(value, number);
-    return addParam(database, owner, { number, type, isVector }, &value);
+    // Made once: under failing allocations only the library's own ones may fail.
+    static const Filled<Value> first(1);
+    static const Filled<Value> second(2);
+    return addParam(database, owner, { number, type, isVector }, number == 1 ? &first : &second);
 }
 
 bool isSubstanceWithoutPhase(const fs::directory_entry& entry)
