@@ -43,7 +43,7 @@ std::vector<CDirectory>& CDirectory::subdirectories()
     if (!subdirectories_) {
         std::vector<CDirectory> found;
         for (const Entry& entry : entries_) {
-            if (entry.isDirectory) {
+            if (entry.mayBeDirectory) {
                 found.push_back(CDirectory(*this, entry.name));
             }
         }
@@ -98,7 +98,8 @@ int CDirectory::readEntries(int descriptor)
     entries_.reserve(usualEntries);
     qm::CQMDirectoryScanner scanner(descriptor);
     while (scanner.GetNext()) {
-        entries_.push_back({ format::text::fromLocale(scanner.name()), scanner.isDirectory() });
+        entries_.push_back(
+            { format::text::fromLocale(scanner.name()), scanner.mayBeDirectory(), scanner.mayBeFile() });
     }
     return scanner.error();
 }

@@ -32,7 +32,7 @@ public:
     void forEachFile(std::string_view extension, Use&& use)
     {
         for (const Entry& entry : entries_) {
-            if (!entry.isDirectory && format::hasExtension(entry.name, extension)) {
+            if (entry.mayBeFile && format::hasExtension(entry.name, extension)) {
                 use(entry.name);
             }
         }
@@ -66,7 +66,9 @@ public:
 private:
     struct Entry {
         std::string name; ///< inner text; empty when the locale cannot convert it
-        bool isDirectory;
+        // Both where the system cannot tell: using it tells, or reports the failure.
+        bool mayBeDirectory;
+        bool mayBeFile;
     };
 
     CDirectory(const CDirectory& parent, std::string_view name);

@@ -16,7 +16,7 @@ std::string probe(const CDirectory& directory, format::Series series)
 {
     for (std::size_t number = 1;; ++number) {
         std::string name = format::numberedName(series, number);
-        if (!qm::CQMFileSystem::Exists(directory.pathOf(name))) {
+        if (qm::CQMFileSystem::IsFree(directory.pathOf(name))) {
             return name;
         }
     }

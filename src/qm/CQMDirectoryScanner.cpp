@@ -1,5 +1,6 @@
 #include "qm/CQMDirectoryScanner.h"
 
+#include "qm/CQMFileSystem.h"
 #include "qm/retry.h"
 
 #include <fcntl.h>
@@ -61,7 +62,8 @@ CQMDirectoryScanner::Kind CQMDirectoryScanner::kindOf(const dirent64& entry) con
     }
     struct stat status { };
     if (retried([&] { return ::fstatat(directory_, entry.d_name, &status, 0); }) != 0) {
-        return Kind::Missing;
+        // What may not be looked at is no directory, but it is there.
+        return CQMFileSystem::IsAbsence(errno) ? Kind::Missing : errno == EACCES ? Kind::File : Kind::Unknown;
     }
     return status.st_mode & directoryBit ? Kind::Directory : Kind::File;
 }

@@ -21,7 +21,9 @@ public:
     /// The entry's name in the locale's encoding, valid until GetNext().
     const char* name() const noexcept { return name_; }
     /// True for a directory and a link to one; block devices and sockets count as directories too.
-    bool isDirectory() const noexcept { return kind_ == Kind::Directory; }
+    bool mayBeDirectory() const noexcept { return kind_ == Kind::Directory || kind_ == Kind::Unknown; }
+    /// True for anything else, and, as the former, for what the system cannot tell.
+    bool mayBeFile() const noexcept { return kind_ != Kind::Directory; }
     /// True for a link, whatever it leads to, and for what the file system does not tell apart from one.
     bool mayBeLink() const noexcept { return mayBeLink_; }
     /// True for a link to nothing.
@@ -31,7 +33,7 @@ public:
     int error() const noexcept { return error_; }
 
 private:
-    enum class Kind { Directory, File, Missing };
+    enum class Kind { Directory, File, Missing, Unknown };
 
     Kind kindOf(const dirent64& entry) const noexcept;
 

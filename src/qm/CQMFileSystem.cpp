@@ -138,6 +138,22 @@ bool CQMFileSystem::Exists(const NativePath& path)
     return retried([&] { return ::fstatat(way.directory(), way.rest(), &status, 0); }) == 0;
 }
 
+bool CQMFileSystem::IsFree(const NativePath& path)
+{
+    if (Exists(path)) {
+        return false;
+    }
+    if (!IsAbsence(errno)) {
+        throw EQMException(ErrorCode::FileOperationFailed, errno);
+    }
+    return true;
+}
+
+bool CQMFileSystem::IsAbsence(int number) noexcept
+{
+    return number == ENOENT || number == ENOTDIR || number == ELOOP || number == ENAMETOOLONG;
+}
+
 bool CQMFileSystem::IsLink(const NativePath& path)
 {
     const ShortPath way(path);

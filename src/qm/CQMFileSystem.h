@@ -33,6 +33,11 @@ public:
 
     /// True when something stands at the path; links are followed, an error counts as nothing.
     static bool Exists(const NativePath& path);
+    /// True when nothing stands there. Throws EQMException when that cannot be told.
+    static bool IsFree(const NativePath& path);
+    /// True for the error of asking after what is not there; links in circles and to impossible names lead to
+    /// nothing either.
+    static bool IsAbsence(int number) noexcept;
     static bool IsLink(const NativePath& path);
     /// True when the path can be opened for reading; a directory can.
     static bool FileExists(const NativePath& path);

@@ -1,6 +1,7 @@
 #include "durability/Tracer.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -85,23 +86,17 @@ private:
         if (trace_.isFinished) {
             return;
         }
-        trace_.calls.push_back(describe(registers));
-        isStruck_ = isDue(trace_.calls.back());
+        const SystemCall& call = trace_.calls.emplace_back(describe(registers));
+        isStruck_ = isDue(call);
+        error_ = isStruck_ && plan_.fault == Fault::error ? plan_.error : unsupported(call.number);
         if (isStruck_) {
-            trace_.struck = trace_.struck.value_or(trace_.calls.back());
-            strike(registers);
+            trace_.struck = call;
         }
-    }
-
-    void strike(Registers& registers) const
-    {
-        if (plan_.fault == Fault::killBefore) {
+        if (isStruck_ && plan_.fault == Fault::killBefore) {
             ::kill(child_, SIGKILL);
-        } else if (plan_.fault != Fault::killAfter && registers.orig_rax == SYS_close) {
-            return; // a close that fails has closed all the same
-        } else if (plan_.fault != Fault::killAfter) {
+        } else if (error_ != 0 && call.number != SYS_close) { // one that fails has closed all the same
             registers.orig_rax = static_cast<unsigned long long>(-1); // no such call
-        } else if (registers.orig_rax == SYS_write) {
+        } else if (isStruck_ && plan_.fault == Fault::killAfter && call.number == SYS_write) {
             registers.rdx /= 2;
         }
         ::ptrace(PTRACE_SETREGS, child_, 0, &registers);
@@ -111,8 +106,8 @@ private:
     {
         if (isStruck_ && plan_.fault == Fault::killAfter) {
             ::kill(child_, SIGKILL);
-        } else if (isStruck_) {
-            registers.rax = static_cast<unsigned long long>(-plan_.error);
+        } else if (error_ != 0) {
+            registers.rax = static_cast<unsigned long long>(-error_);
             ::ptrace(PTRACE_SETREGS, child_, 0, &registers);
         }
         trace_.calls.back().result = static_cast<long>(registers.rax);
@@ -121,12 +116,16 @@ private:
     /// Counts the call, too.
     bool isDue(const SystemCall& call)
     {
-        const bool isKill = plan_.fault == Fault::killBefore || plan_.fault == Fault::killAfter;
-        if (!isKill && !canFail(call)) {
-            return false;
+        return (plan_.fault != Fault::error || canFail(call)) && ++counted_ == plan_.call;
+    }
+
+    /// The error number of a call that the file system does not know, else 0.
+    int unsupported(long number) const
+    {
+        if (number == SYS_renameat2 && plan_.fileSystem != FileSystem::usual) {
+            return EINVAL;
         }
-        ++counted_;
-        return counted_ == plan_.call || (counted_ > plan_.call && plan_.fault == Fault::errorFromThereOn);
+        return number == SYS_linkat && plan_.fileSystem == FileSystem::plain ? EPERM : 0;
     }
 
     SystemCall describe(const Registers& registers) const
@@ -177,6 +176,7 @@ private:
     Trace& trace_;
     std::size_t counted_ = 0;
     bool isStruck_ = false;
+    int error_ = 0;
 };
 
 [[noreturn]] void runChild(const std::function<int()>& body)

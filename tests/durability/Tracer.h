@@ -20,14 +20,21 @@ enum class Fault {
     none,
     killBefore,
     killAfter, ///< a write gets only halfway
-    errorOnce,
-    errorFromThereOn,
+    error,
+};
+
+/// What the file system seems to offer for moving a file to where nothing stands.
+enum class FileSystem {
+    usual,
+    withoutExclusiveRename,
+    plain, ///< without hard links, too
 };
 
 struct Plan {
     Fault fault = Fault::none;
     std::size_t call = 0; ///< counted from 1; for errors without the calls that manage memory
     int error = 0;
+    FileSystem fileSystem = FileSystem::usual;
 };
 
 struct Trace {

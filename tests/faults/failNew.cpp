@@ -1,20 +1,15 @@
-#include "support/FailAllocation.h"
+// operator new, for programs in which a sanitizer has replaced malloc.
+
+#include "faults/FailAllocation.h"
 
 #include <cstdlib>
 #include <new>
 
 namespace {
 
-bool armed = false;
-bool forGood = false;
-bool hasFired = false;
-long callsLeft = 0;
-
 void* allocate(std::size_t size) noexcept
 {
-    if (armed && callsLeft-- <= 0) {
-        armed = forGood;
-        hasFired = true;
+    if (test::allocationFails()) {
         return nullptr;
     }
     return std::malloc(size > 0 ? size : 1);
@@ -74,22 +69,11 @@ void operator delete[](void* memory, const std::nothrow_t&) noexcept
 
 namespace test {
 
-FailAllocation::FailAllocation(long call, Mode mode)
-{
-    callsLeft = call;
-    forGood = mode == Mode::forGood;
-    hasFired = false;
-    armed = true;
-}
+const bool isSanitized = true;
 
-FailAllocation::~FailAllocation()
+long liveBlocks()
 {
-    armed = false;
-}
-
-bool FailAllocation::fired() const
-{
-    return hasFired;
+    return 0;
 }
 
 } // namespace test

@@ -1,9 +1,10 @@
-#include "durability/additions.h"
+#include "support/additionKinds.h"
 
 #include "api/additions.h"
 #include "support/OpenDatabase.h"
 
 #include <filesystem>
+#include <type_traits>
 
 namespace fs = std::filesystem;
 
@@ -14,6 +15,7 @@ namespace {
 constexpr long water = 4;
 constexpr Owner substance { water };
 constexpr Owner phase { water, 0 };
+constexpr Owner linkedPhase { water, 1 };
 // So many that the file is written in several pieces.
 constexpr long manyRows = 1500;
 
@@ -29,7 +31,15 @@ int addSubstance(long database, int number)
 
 int addMixture(long database, int number)
 {
-    return addMatter(database, { nameOf(number), {}, 1, { { water, 0.25 }, { 7, 0.75 } } });
+    COMPONENT parts[] = { { water, 0.25 }, { 7, 0.75 } };
+    MATTER record {};
+    fill(record.name, nameOf(number));
+    record.mixture = 1;
+    record.compositionCount = 2;
+    record.composition = parts;
+    const int code = qmdbAddMatter(database, &record);
+    record.composition = nullptr; // not made with new
+    return code;
 }
 
 int addLiquid(long database, int number)
@@ -42,23 +52,61 @@ int addMelting(long database, int number)
     return addPhaseChange(database, water, nameOf(number), 0, 1);
 }
 
-int addConstant(long database, int number)
+template <class Row>
+Row rowAt(long index)
 {
-    IDbDataConst value;
-    value.value = number + 0.5;
-    return addParam(database, substance, { number, PARAM_TYPE_CONSTANT, false }, &value);
+    const double number = 1.23457e-4 + 1e-9 * static_cast<double>(index);
+    if constexpr (std::is_same_v<Row, TABLEROW>) {
+        return { number, -number };
+    } else {
+        return { number, number, number, -number };
+    }
 }
 
-int addLongVectorTable(long database, int number)
+template <class Table>
+void fillRows(Table& table, long count)
 {
-    IDbDataTableVector value;
-    value.rows = new TABLEROWVECT[manyRows];
-    value.count = number == 1 ? manyRows : 1;
-    for (long i = 0; i < value.count; ++i) {
-        const double longText = 1.23457e-4 + 1e-9 * static_cast<double>(i);
-        value.rows[i] = { longText, longText, longText, longText };
+    using Row = std::remove_pointer_t<decltype(table.rows)>;
+    table.rows = new Row[static_cast<std::size_t>(count)];
+    table.count = count;
+    for (long i = 0; i < count; ++i) {
+        table.rows[i] = rowAt<Row>(i);
     }
-    return addParam(database, phase, { number, PARAM_TYPE_TABLE_P, true }, &value);
+}
+
+template <class Value>
+void fillValue(Value& value, int number)
+{
+    if constexpr (std::is_same_v<Value, IDbDataConst>) {
+        value.value = number + 0.5;
+    } else if constexpr (std::is_same_v<Value, IDbDataConstVector>) {
+        value.x = number + 0.5;
+        value.z = -1;
+    } else if constexpr (requires { value.rows; }) {
+        fillRows(value, number == 1 && std::is_same_v<Value, IDbDataTableVector> ? manyRows : number);
+    } else {
+        using Subtable = std::remove_pointer_t<decltype(value.subtables)>;
+        value.subtables = new Subtable[2];
+        value.count = 2;
+        for (long i = 0; i < value.count; ++i) {
+            value.subtables[i].firstArg = static_cast<double>(100 * i);
+            fillRows(value.subtables[i], number + i);
+        }
+    }
+}
+
+template <class Value>
+struct Filled : Value {
+    explicit Filled(int number) { fillValue<Value>(*this, number); }
+};
+
+template <class Value, int type, bool isVector, const Owner& owner>
+int addValue(long database, int number)
+{
+    // Made once: under failing allocations only the library's own ones may fail.
+    static const Filled<Value> first(1);
+    static const Filled<Value> second(2);
+    return addParam(database, owner, { number, type, isVector }, number == 1 ? &first : &second);
 }
 
 bool isSubstanceWithoutPhase(const fs::directory_entry& entry)
@@ -81,8 +129,11 @@ const Tree durableBase = {
     { "Substance1/Property1.prh", "ID=9\nVector=0\nType=1\nData=Property1.dat\n" },
     { "Substance1/Property1.dat", "1.5\n" },
     { "Substance1/Phase1/Phase1.phd", "ID=0\nName=Liquid\nAggreg=2\n" },
-    { "Substance1/Phase1/Property1.prh", "ID=9\nVector=0\nType=2\nData=Property1.dat\n" },
+    { "Substance1/Phase1/Property1.prh", "../../linked/head.txt", Kind::link },
+    { "linked/head.txt", "ID=9\nVector=0\nType=2\nData=Property1.dat\n" },
     { "Substance1/Phase1/Property1.dat", "300 996.5\n" },
+    { "Substance1/Phase2/Phase2.phd", "ID=1\nName=Vapour\nAggreg=3\n" },
+    { "Substance1/Phase2/Property1.dat", "../../linked/data.txt", Kind::link },
     { "Substance1/PC1/PC1.pcd", "ID=0\nName=Boiling\nPhase1=0\nPhase2=1\n" },
 };
 
@@ -91,8 +142,13 @@ const std::vector<Addition> additions = {
     { "mixture", addMixture },
     { "phase", addLiquid },
     { "phaseChange", addMelting },
-    { "constant", addConstant },
-    { "longVectorTable", addLongVectorTable },
+    { "constant", addValue<IDbDataConst, PARAM_TYPE_CONSTANT, false, substance> },
+    { "constantVector", addValue<IDbDataConstVector, PARAM_TYPE_CONSTANT, true, phase> },
+    { "table", addValue<IDbDataTable, PARAM_TYPE_TABLE_T, false, phase> },
+    { "longVectorTable", addValue<IDbDataTableVector, PARAM_TYPE_TABLE_P, true, phase> },
+    { "table2D", addValue<IDbDataTable2D, PARAM_TYPE_TABLE2D_T, false, phase> },
+    { "vectorTable2D", addValue<IDbDataTable2DVector, PARAM_TYPE_TABLE2D_X, true, substance> },
+    { "overALink", addValue<IDbDataTable, PARAM_TYPE_TABLE_T, false, linkedPhase> },
 };
 
 std::ostream& operator<<(std::ostream& out, const Addition& addition)
@@ -132,11 +188,20 @@ std::string damage(const TempDatabase& tree)
 {
     std::string text;
     for (const Entry& entry : durableBase) {
-        if (tree.read(entry.path) != entry.bytes) {
-            text += "== " + entry.path + "\n" + tree.read(entry.path);
+        const fs::path path = fs::path(tree.root()) / entry.path;
+        const std::string bytes
+            = entry.kind == Kind::link ? fs::read_symlink(path).string() : tree.read(entry.path);
+        if (bytes != entry.bytes) {
+            text += "== " + entry.path + "\n" + bytes;
         }
     }
     return text;
+}
+
+std::string withoutFirstValue(std::string listing)
+{
+    const std::size_t start = listing.find("'First'");
+    return start == listing.npos ? listing : listing.erase(start, listing.find('\n', start) - start);
 }
 
 Listings::Listings(const Addition& addition)

@@ -1,8 +1,8 @@
 // Every allocation of every kind of call fails once, and then for good: the call gives a code, nothing
 // leaks, the database stays usable.
 
-#include "api/additions.h"
-#include "support/FailAllocation.h"
+#include "faults/FailAllocation.h"
+#include "faults/FaultyAddition.h"
 #include "support/trees.h"
 
 #include <gtest/gtest.h>
@@ -50,6 +50,7 @@ TEST_P(Memory, open)
     Attempt outcome { 0, true };
     for (long number = 0; outcome.fired; ++number) {
         long id = 77;
+        const long live = liveBlocks();
         outcome = attempt(number, GetParam(), [&] { return qmdbOpen(path.c_str(), L"", L"", true, &id); });
         expectCode(outcome);
         if (outcome.code == QMDB_OK) {
@@ -58,6 +59,7 @@ TEST_P(Memory, open)
         } else {
             EXPECT_EQ(id, -1);
         }
+        EXPECT_EQ(liveBlocks(), live) << number;
     }
 }
 
@@ -81,6 +83,8 @@ TEST_P(Memory, queries)
     const TempDatabase tree(water
         + Tree { { "W/M/x.prh", "ID=1\nVector=0\nType=4\nData=x" }, { "W/M/x", "P=1\n1 2\n3 4\nP=2\n1 2 \n" },
             { "W/M/y.prh", "ID=2\nVector=1\nType=5\nData=y" }, { "W/M/y", "P=1\n1 2 3 4\n3 4 5 6\n" },
+            { "W/z.prh", "ID=3\nVector=0\nType=2\nData=z" },
+            { "W/z", "1 0." + std::string(900, '3') + "\n" + std::string(900, '2') + " 4\n" },
             { "X/w.mtd", "ID=5\nName=Mix\nMixture=1\nComposition=4:0.25;5:0.75\n" },
             { "X/p/p.phd", "ID=1\nName=Liquid\nAggreg=2\n" } });
     const OpenDatabase db(tree);
@@ -92,6 +96,7 @@ TEST_P(Memory, queries)
         [&] { return fetched<Parameters>(qmdbGetMatterParams, db.id, 4); },
         [&] { return fetched<Descriptions>(qmdbGetAvailablePhaseParams, db.id, 4, 2); },
         [&] { return readValue(db.id, { 4 }, 9); },
+        [&] { return readValue(db.id, { 4 }, 3); },
         [&] {
             return readValue(db.id, { 4, 2 }, 7);
         },
@@ -107,92 +112,37 @@ TEST_P(Memory, queries)
     };
     for (const auto& query : queries) {
         SCOPED_TRACE(&query - queries);
+        const long live = liveBlocks();
         Attempt outcome { 0, true };
         for (long number = 0; outcome.fired; ++number) {
             outcome = attempt(number, GetParam(), query);
             expectCode(outcome);
+            EXPECT_EQ(liveBlocks(), live) << number;
         }
         EXPECT_EQ(listing(db.id), whole);
     }
 }
 
-// Runs an addition under every failing allocation. What succeeded must be listed and nothing else, now
-// and, as far as it goes, after reopening.
-void expectAdditions(Mode mode, const std::function<int(long database, std::wstring_view name)>& add,
-    const std::function<std::ptrdiff_t(const std::string& listed)>& count)
-{
-    const TempDatabase tree(water + bareIron);
-    const OpenDatabase db(tree);
-    const std::ptrdiff_t before = count(listing(db.id));
-    std::ptrdiff_t added = 0;
-    Attempt outcome { 0, true };
-    for (long number = 0; outcome.fired; ++number) {
-        const std::wstring name = L"A new name that is rather long, number " + std::to_wstring(number);
-        outcome = attempt(number, mode, [&] { return add(db.id, name); });
-        expectCode(outcome);
-        added += outcome.code >= 0 ? 1 : 0;
-        EXPECT_EQ(count(listing(db.id)), before + added) << number;
-    }
-    EXPECT_GE(added, 1);
-    EXPECT_EQ(OpenDatabase(tree).code, QMDB_OK);
-}
+class MemoryOfAdditions : public FaultyAddition { };
 
-auto linesWith(const char* start)
+TEST_P(MemoryOfAdditions, additions)
 {
-    return [start](const std::string& listed) {
-        std::ptrdiff_t found = 0;
-        for (std::size_t at = listed.find(start); at != listed.npos; at = listed.find(start, at + 1)) {
-            ++found;
+    for (const Mode mode : { Mode::once, Mode::forGood }) {
+        bool fired = true;
+        for (long number = 0; fired && !HasFailure(); ++number) {
+            SCOPED_TRACE(number);
+            const long live = liveBlocks();
+            expectTruth(QMDB_E_INTERNAL, true, [&](long database) {
+                const Attempt outcome = attempt(number, mode, [&] { return GetParam().add(database, 1); });
+                fired = outcome.fired;
+                return outcome.code;
+            });
+            EXPECT_EQ(liveBlocks(), live);
         }
-        return found;
-    };
-}
-
-TEST_P(Memory, additionsOfEntities)
-{
-    COMPONENT parts[] = { { 4, 0.25 }, { 5, 0.75 } };
-    expectAdditions(
-        GetParam(),
-        [&](long db, std::wstring_view name) {
-            MATTER record {};
-            fill(record.name, name);
-            record.mixture = -1; // so that the record does not free its components
-            record.compositionCount = 2;
-            record.composition = parts;
-            return qmdbAddMatter(db, &record);
-        },
-        linesWith("matter "));
-    expectAdditions(
-        GetParam(), [](long db, std::wstring_view name) { return addPhase(db, 4, name, 1); },
-        linesWith("  phase "));
-    expectAdditions(
-        GetParam(), [](long db, std::wstring_view name) { return addPhaseChange(db, 4, name, 1, 2); },
-        linesWith("  change "));
-}
-
-TEST_P(Memory, additionsOfParameters)
-{
-    const TempDatabase tree(water + bareIron);
-    const OpenDatabase db(tree);
-    TABLEROW rows[] = { { 1, 2 }, { 3, 4 } };
-    IDbDataTable value;
-    value.rows = rows;
-    value.count = 2;
-    Attempt outcome { 0, true };
-    for (long number = 0; outcome.fired; ++number) {
-        const int phase = addPhase(db.id, 5, std::to_wstring(number), MATTER_STATE_LIQUID);
-        ASSERT_GE(phase, 0);
-        outcome = attempt(number, GetParam(), [&] {
-            return addParam(db.id, { 5, phase }, { 7, PARAM_TYPE_TABLE_T }, &value);
-        });
-        expectCode(outcome);
-        EXPECT_EQ(valueText(db.id, { 5, phase }, 7), outcome.code == QMDB_OK ? "(1 2)(3 4)" : "error -9")
-            << number;
     }
-    value.rows = nullptr; // not made with new
-    EXPECT_EQ(outcome.code, QMDB_OK);
-    EXPECT_EQ(OpenDatabase(tree).code, QMDB_OK);
 }
+
+INSTANTIATE_TEST_SUITE_P(FailingAllocation, MemoryOfAdditions, testing::ValuesIn(additions), additionName);
 
 INSTANTIATE_TEST_SUITE_P(FailingAllocation, Memory, testing::Values(Mode::once, Mode::forGood),
     [](const auto& mode) { return mode.param == Mode::once ? "once" : "forGood"; });

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "durability/Tracer.h"
 #include "support/TempDatabase.h"
 
 #include <gtest/gtest.h>
@@ -23,6 +22,7 @@ std::ostream& operator<<(std::ostream& out, const Addition& addition);
 std::string additionName(const testing::TestParamInfo<Addition>& info);
 
 extern const Tree durableBase;
+/// Substance, mixture, phase, phase change, the six kinds of value, and a value whose data file is a link.
 extern const std::vector<Addition> additions;
 
 /// Gives a phase to every substance that has none, as reopening skips it otherwise.
@@ -34,6 +34,9 @@ std::string reopened(const TempDatabase& tree);
 /// What has become of the files of `durableBase`: empty when all are as they were.
 std::string damage(const TempDatabase& tree);
 
+/// A listing without the value of the parameter that the first addition makes.
+std::string withoutFirstValue(std::string listing);
+
 /// What reopening shows when nothing goes wrong.
 struct Listings {
     explicit Listings(const Addition& addition);
@@ -42,17 +45,6 @@ struct Listings {
     std::string first;
     std::string second; ///< only the second entity was added
     std::string both;
-};
-
-/// The base of tests that need ptrace, with one kind of addition.
-class Traced : public testing::TestWithParam<Addition> {
-protected:
-    void SetUp() override
-    {
-        if (!isTracingPermitted()) {
-            GTEST_SKIP() << "ptrace is not permitted here";
-        }
-    }
 };
 
 } // namespace test
