@@ -62,8 +62,7 @@ CQMDirectoryScanner::Kind CQMDirectoryScanner::kindOf(const dirent64& entry) con
     }
     struct stat status { };
     if (retried([&] { return ::fstatat(directory_, entry.d_name, &status, 0); }) != 0) {
-        // What may not be looked at is no directory, but it is there.
-        return CQMFileSystem::IsAbsence(errno) ? Kind::Missing : errno == EACCES ? Kind::File : Kind::Unknown;
+        return CQMFileSystem::IsAbsence(errno) ? Kind::Missing : Kind::Unknown;
     }
     return status.st_mode & directoryBit ? Kind::Directory : Kind::File;
 }
