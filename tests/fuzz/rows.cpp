@@ -1,6 +1,7 @@
 // Data files of all six kinds are read as their rules say, and rows that are written read back.
 
 #include "format/rows.h"
+#include "format/innerText.h"
 #include "fuzz.h"
 #include "qmdatabase/status.h"
 #include "reference.h"
@@ -240,6 +241,13 @@ constexpr std::array kinds = {
     Kind { load<IDbDataTable2DVector>, readTable2D, 4 },
 };
 
+void split(const std::wstring& line)
+{
+    const std::vector<std::wstring> expected = reference::split(line);
+    const std::vector<std::string> tokens = format::splitString(format::text::fromWide(line));
+    require(std::ranges::equal(tokens, expected, {}, format::text::toWide), "a row is cut at its blanks");
+}
+
 void writeAndRead(std::span<const double> row)
 {
     std::vector<double> expected;
@@ -268,7 +276,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const Kind& kind = kinds[choice / 2 % kinds.size()];
     fuzz::setLocale(choice % 2 != 0);
     const std::string bytes = fuzz::inflate(input.rest(), fuzz::mostOfFile);
-    const Outcome expected = kind.read(dataLines(bytes), kind.columns);
+    const std::vector<DataLine> lines = dataLines(bytes);
+    std::ranges::for_each(lines, split, &DataLine::text);
+    const Outcome expected = kind.read(lines, kind.columns);
     require(
         isSame(kind.load(fuzz::MemoryFile(bytes).path()), expected), "a data file is read as the rules say");
     if (expected.code == QMDB_OK && kind.columns > 1) {
