@@ -10,9 +10,7 @@
 #include "support/TempDatabase.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
-#include <set>
 #include <sstream>
 #include <vector>
 
@@ -61,18 +59,6 @@ try {
     return true;
 } catch (const fs::filesystem_error&) {
     return false;
-}
-
-/// True when some directory is a phase's and a phase change's: both own the parameters in it.
-bool sharesDirectories(const test::Tree& files)
-{
-    std::array<std::set<fs::path>, 2> found;
-    for (const test::Entry& file : files) {
-        if (file.path.ends_with(".phd") || file.path.ends_with(".pcd")) {
-            found[file.path.ends_with(".pcd") ? 1 : 0].insert(fs::path(file.path).parent_path());
-        }
-    }
-    return std::ranges::any_of(found[0], [&](const fs::path& path) { return found[1].contains(path); });
 }
 
 /// True when some name leads the library to another directory, which has an owner of its own: a name that the
@@ -186,7 +172,7 @@ private:
         test::NewMatter matter { image_.name, image_.name };
         if (image_.options % 2 != 0) {
             matter.mixture = 1;
-            matter.parts = { { 4, 0.25 }, { 7, 0.75 } };
+            matter.parts = { { 4, 0.25 }, { 7, image_.options % 32 < 24 ? 0.75 : 0.5 } };
         }
         return matter;
     }
@@ -203,7 +189,7 @@ private:
 
     void addBelow(long matter)
     {
-        const auto aggreg = static_cast<MATTER_STATE>(image_.options % 4);
+        const auto aggreg = static_cast<MATTER_STATE>(image_.options % 6);
         const int added = note(test::addPhase(database_, matter, image_.name, aggreg));
         test::Phases phases;
         qmdbGetPhases(database_, matter, &phases.records, &phases.count);
@@ -211,10 +197,8 @@ private:
             require(phase.id != added || phase.aggreg == aggreg, "an added phase is listed as it is");
         }
         addPhaseChange(matter);
-        const auto usable = std::ranges::find_if(phases,
-            [&](const PHASE& phase) { return phase.id == added || !sharesDirectories(image_.files); });
-        if (usable != phases.end()) {
-            addParams(matter, usable->id);
+        if (added >= 0) { // an older one may share its directory with a phase change
+            addParams(matter, added);
         }
     }
 
