@@ -50,8 +50,8 @@ void copy(const std::wstring& wide, std::size_t size)
     std::wstring expected = wide.substr(0, size - 1);
     expected.resize(size);
     require(std::ranges::equal(field, expected), "a field holds what fits, and zeros");
-    require(
-        text::toWide(format::fieldText(field)) == expected.c_str(), "a field's text ends at its first zero");
+    require(text::toWide(format::fieldText(field)) == expected.substr(0, expected.find(L'\0')),
+        "a field's text ends at its first zero");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "reference.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -81,8 +82,8 @@ std::optional<std::string> toUtf8(std::wstring_view text)
 {
     std::string bytes;
     for (const wchar_t c : text) {
-        const auto value = static_cast<std::uint32_t>(c);
-        const auto put = [&](std::uint32_t byte) { bytes += static_cast<char>(byte); };
+        const auto value = static_cast<char32_t>(c);
+        const auto put = [&](char32_t byte) { bytes += static_cast<char>(byte); };
         if (value < 0x80) {
             put(value);
         } else if (value < 0x800) {

@@ -303,7 +303,7 @@ std::string grow(const test::TempDatabase& tree, const Image& image, const test:
     const std::string before = test::listing(db.id);
     askForUnknown(db.id);
     const Additions additions(db.id, image);
-    const std::string after = test::listing(db.id);
+    std::string after = test::listing(db.id);
     if (!allHavePhases(db.id) || leadsAstray(image.files)) {
         return {};
     }
