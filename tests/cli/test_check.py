@@ -137,11 +137,13 @@ Substance1/Phase1/Property1.dat:2: warning: number 2 is "-999,910" and is read a
 """),
     "a number that reads otherwise than it stands": ({"Substance1/Property1.dat": "4x3\n",
         "Substance1/Phase2/Property1.dat": "250 12abc\n260 0x1F\n270 1,234,567\n",
+        "Substance1/PC1/Property1.dat": "1e400\n",
         "Substance1/PC1/PC1.pcd": keys(ID="0x0", Name="Melting", Phase1="1,0", Phase2=0),
         "Substance2/Substance2.mtd": keys(Composition="0:0.75a;2:0,250", ID=1, Mixture=1, Name="Brine")}, """\
 Substance1/Property1.dat:1: error: the value is "4x3" and is read as 4 [ignored-text]
 Substance1/PC1/PC1.pcd:1: error: "ID" is "0x0", which is no whole number; it is read as 0 [bad-number]
 Substance1/PC1/PC1.pcd:3: error: "Phase1" is "1,0", which is no whole number; it is read as 1 [bad-number]
+Substance1/PC1/Property1.dat:1: error: the value is "1e400" and is read as inf [ignored-text]
 Substance1/Phase2/Property1.dat:1: error: number 2 is "12abc" and is read as 12 [ignored-text]
 Substance1/Phase2/Property1.dat:2: error: number 2 is "0x1F" and is read as 31 [ignored-text]
 Substance1/Phase2/Property1.dat:3: error: number 2 is "1,234,567" and is read as 1.234 [ignored-text]

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
@@ -8,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 namespace tool::check {
@@ -26,8 +26,6 @@ struct Place {
     /// A directory behind all of which the place comes, because what is in there may be the cause.
     std::optional<std::string> after {};
 
-    auto operator<=>(const Place&) const = default;
-
     bool hasLine() const noexcept { return line != wholeFile && line != endOfFile; }
     Place behind(const std::string& directory) const { return { file, line, directory }; }
 };
@@ -39,7 +37,15 @@ struct Finding {
     std::string what;
     std::string advice;
 
-    auto operator<=>(const Finding&) const = default;
+    bool operator<(const Finding& other) const noexcept { return parts() < other.parts(); }
+
+private:
+    std::tuple<const std::string&, const std::size_t&, const Severity&, const std::string&,
+        const std::string&>
+    parts() const noexcept
+    {
+        return std::tie(place.file, place.line, severity, kind, what);
+    }
 };
 
 /// What a check has found, each finding once.

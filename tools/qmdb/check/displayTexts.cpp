@@ -158,6 +158,11 @@ void checkTranslated(Context& context, const Descriptor& table, const Descriptor
     }
 }
 
+bool isHeld(const std::vector<Descriptor>& tables, std::string_view id)
+{
+    return std::ranges::any_of(tables, [id](const Descriptor& table) { return table.has(id); });
+}
+
 /// Reports string IDs that no table has. Additions give new ones above all others; those are no mistakes.
 void checkMissing(Context& context, const Tree& tree, const UsedIds& used)
 {
@@ -169,9 +174,7 @@ void checkMissing(Context& context, const Tree& tree, const UsedIds& used)
     }
     for (const auto& [id, where] : used) {
         const auto number = stringIdOf(id);
-        const bool held
-            = std::ranges::any_of(tree.tables, [&id](const Descriptor& table) { return table.has(id); });
-        if (number && !held && (where.described || *number <= highest)) {
+        if (number && !isHeld(tree.tables, id) && (where.described || *number <= highest)) {
             context.findings.warning("missing-text", where.place,
                 fmt::format("\"{}\" is {}, and no string table has a text of this number", where.key, id),
                 "write the number of a text, or add the text to the tables");

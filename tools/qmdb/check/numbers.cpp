@@ -13,7 +13,7 @@ namespace tool::check {
 
 namespace {
 
-/// True when nothing stands behind the number, so that what is read is what stands there.
+/// True when nothing stands behind the number and it fits, so that what is read is what stands there.
 bool isWholeNumber(std::string_view text)
 {
     std::string point(text);
@@ -21,7 +21,7 @@ bool isWholeNumber(std::string_view text)
     const std::size_t sign = point.starts_with('+') ? 1 : 0;
     double number = 0;
     const auto [end, error] = std::from_chars(point.data() + sign, point.data() + point.size(), number);
-    return error != std::errc::invalid_argument && end == point.data() + point.size();
+    return error == std::errc() && end == point.data() + point.size();
 }
 
 std::string_view withoutOuterBlanks(std::string_view text)
@@ -56,11 +56,11 @@ std::optional<double> readNumber(
     }
     const std::string_view bare = withoutOuterBlanks(text);
     const std::string reading = fmt::format("{} is {} and is read as {}", what, shown(text), *number);
-    if (!std::isfinite(*number)) {
+    if (!isWholeNumber(bare)) {
+        context.findings.error("ignored-text", place, reading, "write a decimal number and nothing else");
+    } else if (!std::isfinite(*number)) {
         context.findings.warning(
             "not-finite", place, fmt::format("{} is read as {}", what, *number), "write a finite number");
-    } else if (!isWholeNumber(bare)) {
-        context.findings.error("ignored-text", place, reading, "write a decimal number and nothing else");
     } else if (looksGrouped(bare)) {
         context.findings.warning("grouped-digits", place, reading,
             "write the number without a comma, or with a point if a fraction is meant");

@@ -91,7 +91,7 @@ void writeFile(const std::filesystem::path& path, std::string_view text)
 
 std::filesystem::path makeDirectory(const std::string& name)
 {
-    const std::filesystem::path path = toLocale(name);
+    std::filesystem::path path = toLocale(name);
     if (std::filesystem::exists(path) && !std::filesystem::is_directory(path)) {
         throw Failure("\"{}\" is a file", name);
     }

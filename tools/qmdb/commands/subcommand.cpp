@@ -30,7 +30,7 @@ void requireDatabase(const std::string& directory)
 void requireListable(const std::string& directory)
 {
     std::error_code failure;
-    std::filesystem::directory_iterator(toLocale(directory), failure);
+    const std::filesystem::directory_iterator entries(toLocale(directory), failure);
     if (failure) {
         throw Failure("cannot list \"{}\": {}\n{}", directory, failure.message(), checkHint(directory));
     }

@@ -109,6 +109,7 @@ std::size_t chooseIndex(const std::vector<Choice>& choices, std::string_view wan
     }
     if (found.size() > 1) {
         std::vector<std::string> labels;
+        labels.reserve(found.size());
         for (const std::size_t index : found) {
             labels.push_back(label(choices[index].name, choices[index].id));
         }

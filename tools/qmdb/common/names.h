@@ -21,6 +21,7 @@ template <class Named>
 const Named& choose(const std::vector<Named>& all, std::string_view wanted, std::string_view kind)
 {
     std::vector<Choice> choices;
+    choices.reserve(all.size());
     for (const Named& named : all) {
         choices.push_back({ named.id, named.name });
     }

@@ -28,7 +28,7 @@ std::string makeTemporaryDirectory()
 
 std::string requireWritable(const std::string& named)
 {
-    const std::string path = toLocale(named);
+    std::string path = toLocale(named);
     if (!std::filesystem::is_directory(path)) {
         throw Failure("the log directory \"{}\" does not exist", named);
     }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <fmt/format.h>
 #include <unistd.h>
@@ -22,13 +23,19 @@ constexpr auto systemCodes = std::to_array<SystemCode>({ { 0x8001000A, EINVAL },
     { 0x80050003, ENOENT }, { 0x80050004, EEXIST }, { 0x80050005, EACCES }, { 0x80050000, EIO } });
 
 /// The words for an exception's text; empty for any other line.
-std::string exceptionText(const std::string& line)
+std::string exceptionText(std::string_view line)
 {
-    unsigned code = 0;
-    int error = 0;
-    if (std::sscanf(line.c_str(), "EQMException with code=%X, subcode=%d", &code, &error) != 2) {
+    constexpr std::string_view begin = "EQMException with code=";
+    constexpr std::string_view middle = ", subcode=";
+    const std::size_t comma = line.find(middle);
+    if (!line.starts_with(begin) || comma == std::string_view::npos) {
         return {};
     }
+    constexpr int hexadecimal = 16;
+    unsigned code = 0;
+    int error = 0;
+    std::from_chars(line.data() + begin.size(), line.data() + comma, code, hexadecimal);
+    std::from_chars(line.data() + comma + middle.size(), line.data() + line.size(), error);
     for (const SystemCode& known : systemCodes) {
         if (known.code == code) {
             return std::strerror(error != 0 ? error : known.error);
@@ -87,7 +94,7 @@ std::string_view statusText(int status)
     }
 }
 
-std::string detailText(std::string line)
+std::string detailText(const std::string& line)
 {
     const std::string words = exceptionText(line);
     return words.empty() ? line + reasonOf(line) : words;

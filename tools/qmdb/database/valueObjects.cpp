@@ -106,7 +106,7 @@ std::unique_ptr<IDbData> objectOf(const Table& table)
 
 } // namespace
 
-std::unique_ptr<const IDbData> valueObject(const Table& table, PARAM_TYPE type)
+std::unique_ptr<IDbData> valueObject(const Table& table, PARAM_TYPE type)
 {
     auto value = objectOf(table);
     value->type = type;

@@ -7,6 +7,6 @@
 namespace tool {
 
 /// The library's value object of a table, to be handed to an addition.
-std::unique_ptr<const IDbData> valueObject(const Table& table, PARAM_TYPE type);
+std::unique_ptr<IDbData> valueObject(const Table& table, PARAM_TYPE type);
 
 } // namespace tool

@@ -12,7 +12,7 @@ namespace tool {
 
 namespace {
 
-constexpr std::size_t pieceSize = 64 * 1024;
+constexpr std::size_t pieceSize = 65536;
 
 bool wantsColour(std::FILE* file)
 {

@@ -132,6 +132,7 @@ void printLine(Output& output, const Line& line, const std::array<std::size_t, 6
 void printTree(Output& output, const std::vector<ListedSubstance>& listed, const std::vector<Substance>& all)
 {
     std::vector<std::vector<Line>> trees;
+    trees.reserve(listed.size());
     for (const ListedSubstance& substance : listed) {
         trees.push_back(linesOf(substance));
     }
