@@ -49,18 +49,14 @@ void number(std::string_view name, std::size_t number)
 {
     constexpr std::size_t first = 1;
     constexpr std::size_t last = 999'999'999'999'999'999;
-    for (const std::string_view prefix :
-        { format::substancePrefix, format::phasePrefix, name.substr(0, 3) }) {
-        for (const std::string_view extension : { std::string_view(), format::headExtension }) {
-            const std::string made = format::numberedName(prefix, number, extension);
-            const bool kept = number >= first && number <= last;
-            require(
-                format::numberOf(made, prefix, extension) == (kept ? std::optional(number) : std::nullopt),
-                "a number is found again");
-            const std::optional<std::size_t> found = format::numberOf(name, prefix, extension);
-            require(
-                !found || format::numberedName(prefix, *found, extension) == name, "a name has one number");
-        }
+    for (std::size_t i = 0; i < format::seriesCount; ++i) {
+        const auto series = static_cast<format::Series>(i);
+        const bool kept = number >= first && number <= last;
+        require(format::numberOf(format::numberedName(series, number), series)
+                == (kept ? std::optional(number) : std::nullopt),
+            "a number is found again");
+        const std::optional<std::size_t> found = format::numberOf(name, series);
+        require(!found || format::numberedName(series, *found) == name, "a name has one number");
     }
 }
 
