@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,10 @@ namespace bench {
 namespace {
 
 using std::to_string;
+
+/// The first additions to a directory stay out of the figures: they collect the names in use, list the
+/// directory and begin to watch it.
+constexpr long unmeasured = 2;
 
 /// Additions of one kind to a database that is the same before each run.
 struct Series {
@@ -33,7 +38,7 @@ class Cleaner {
 public:
     Cleaner(const Series& series, const std::string& root)
     {
-        for (long number = 0; number <= series.length(); ++number) {
+        for (long number = 0; number < series.length() + unmeasured; ++number) {
             additions_.push_back(series.files(root, number));
         }
     }
@@ -47,16 +52,17 @@ private:
     std::vector<Addition> additions_;
 };
 
-/// The first addition stays out of the figures: the library's collects the names that are in use.
 void addByLibrary(benchmark::State& state, const Series& series)
 {
     const auto& root = treeOf(series.shape, series.place);
     const Cleaner cleaner(series, root);
     const Database database(root);
     long number = 0;
-    series.byLibrary(database.id(), number);
+    for (; number < unmeasured; ++number) {
+        series.byLibrary(database.id(), number);
+    }
     for (auto _ : state) {
-        series.byLibrary(database.id(), ++number);
+        series.byLibrary(database.id(), number++);
     }
 }
 
@@ -64,9 +70,11 @@ void addByFloor(benchmark::State& state, const Series& series, Extra extra)
 {
     const Cleaner additions(series, treeOf(series.shape, series.place));
     std::size_t number = 0;
-    make(additions[number], extra);
+    for (; number < unmeasured; ++number) {
+        make(additions[number], extra);
+    }
     for (auto _ : state) {
-        make(additions[++number], extra);
+        make(additions[number++], extra);
     }
 }
 
@@ -175,10 +183,66 @@ Series parameters(Place place)
     return series;
 }
 
+std::string descriptor(const char* keys, long number)
+{
+    return std::string("\xEF\xBB\xBF") + keys + to_string(number) + "\n";
+}
+
+void buildByFloor(const std::string& root, long substances)
+{
+    for (long number = 1; number <= substances; ++number) {
+        const std::string name = "Substance" + to_string(number);
+        make(newEntity(root, name, ".mtd",
+                 descriptor("Comment=\nCommentID=1\nComposition=\nID=1\nMixture=0\nNameID=1\nName=", number)
+                     .c_str()),
+            Extra::none);
+        make(newEntity(root + "/" + name, "Phase1", ".phd",
+                 descriptor("Aggreg=2\nID=0\nName=Liquid\nNameID=", number).c_str()),
+            Extra::none);
+    }
+}
+
+void buildByLibrary(const std::string& root, long substances)
+{
+    const Database database(root);
+    for (long number = 1; number <= substances; ++number) {
+        MATTER matter {};
+        setText(matter.name, to_string(number));
+        PHASE phase {};
+        setText(phase.name, "Liquid");
+        phase.aggreg = MATTER_STATE_LIQUID;
+        checked(qmdbAddPhase(database.id(), checked(qmdbAddMatter(database.id(), &matter)), &phase));
+    }
+}
+
+/// A whole database, each substance with a phase, into an empty directory in memory.
+void addBuildCase(Scale scale, long substances)
+{
+    const CaseName name { "build", scale, "substances:" + to_string(substances) };
+    const auto add = [&](const char* way, auto build) {
+        addCase(name, way, [=](benchmark::State& state) {
+            for (auto _ : state) {
+                state.PauseTiming();
+                std::optional<ScratchDirectory> root(Place::memory);
+                state.ResumeTiming();
+                build(root->path(), substances);
+                state.PauseTiming();
+                root.reset();
+                state.ResumeTiming();
+            }
+        })->Iterations(1);
+    };
+    add("floor", buildByFloor);
+    add("library", buildByLibrary);
+}
+
 } // namespace
 
 void addAdditionCases()
 {
+    addBuildCase(Scale::small, 1000);
+    addBuildCase(Scale::medium, 10000);
+    addBuildCase(Scale::large, 100000);
     constexpr std::pair<Scale, long> sizes[]
         = { { Scale::small, 10 }, { Scale::medium, 1000 }, { Scale::large, 10000 } };
     for (const auto& [scale, present] : sizes) {

@@ -20,8 +20,9 @@
  * 6. No exception leaves a function. Out of memory and the like give QMDB_E_INTERNAL (-5), a failing
  *    directory operation gives QMDB_E_FILE (-6), and the exception's text goes to the log. What had
  *    reached the disk by then stays; what a database shows agrees with the disk.
- * 7. Nothing is locked for the host: make one call at a time. Databases opened separately share
- *    nothing but a log file. An addition of a parameter locks its directory against other processes
+ * 7. Databases opened separately may be used from separate threads at once: they share nothing but
+ *    perhaps a log file. Calls on one database are the host's to serialise, its closing included; the
+ *    library starts no threads. The locale must not change while a call runs. An addition of a parameter locks its directory against other processes
  *    while it lasts; substances, phases and phase changes that two processes add at once may get one
  *    ID.
  * 8. File names are converted to the process's locale (LC_CTYPE) and back, and so are files without a

@@ -10,6 +10,7 @@ int CDbEngine::openDatabase(
     if (const int code = database->openDatabase(path, language); code != QMDB_OK) {
         return code;
     }
+    const std::lock_guard guard(lock_);
     databases_.insert_or_assign(lastDbID + 1, std::move(database));
     databaseId = getDatabaseID(); // only now: a failure above uses no ID up
     return QMDB_OK;
@@ -17,11 +18,15 @@ int CDbEngine::openDatabase(
 
 int CDbEngine::closeDatabase(long databaseId)
 {
-    return databases_.erase(databaseId) > 0 ? QMDB_OK : QMDB_E_NOT_FOUND;
+    std::unique_lock guard(lock_);
+    const auto closed = databases_.extract(databaseId);
+    guard.unlock(); // freeing a large database takes its time
+    return closed ? QMDB_OK : QMDB_E_NOT_FOUND;
 }
 
 int CDbEngine::getDatabase(long databaseId, CDatabase*& database) const
 {
+    const std::lock_guard guard(lock_);
     const auto found = databases_.find(databaseId);
     if (found == databases_.end()) {
         return QMDB_E_NOT_FOUND;

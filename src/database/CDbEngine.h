@@ -4,8 +4,10 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 
-/// The registry of the open databases.
+/// The registry of the open databases. Threads may use it at once: a lock guards it, which is not held while
+/// a database works. Calls on one database are the host's to serialise.
 class CDbEngine {
 public:
     /// Opens a database and registers it under the next ID; on failure the ID is -1 and none is used
@@ -19,9 +21,10 @@ public:
     int getDatabase(long databaseId, CDatabase*& database) const;
 
 private:
-    /// The next ID; never issued again.
+    /// The next ID; never issued again. Under the lock only.
     static long getDatabaseID() noexcept { return ++lastDbID; }
 
     static inline long lastDbID = 0;
+    mutable std::mutex lock_;
     std::map<long, std::unique_ptr<CDatabase>> databases_;
 };

@@ -6,7 +6,7 @@ namespace qm {
 
 const char* EQMException::what() const noexcept
 {
-    static char buffer[120];
+    static thread_local char buffer[120];
     std::snprintf(buffer, sizeof buffer, "EQMException with code=%08lX, subcode=%d", code, subcode);
     return buffer;
 }

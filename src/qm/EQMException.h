@@ -27,7 +27,7 @@ public:
     {
     }
 
-    /// The text lies in one buffer shared by all objects; the next call overwrites it.
+    /// The text lies in one buffer of the thread, shared by all objects; the next call overwrites it.
     const char* what() const noexcept override;
 
     unsigned long code;
