@@ -34,7 +34,7 @@ public:
     {
     }
 
-    /// Reads the file; `status` tells how it went.
+    /// Reads the file; `status` is the outcome.
     CDbFile(const FoundFile& file, const CLog& log);
     CDbFile(CFilePath path, const CLog& log);
 

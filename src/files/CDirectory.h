@@ -66,7 +66,7 @@ public:
 private:
     struct Entry {
         std::string name; ///< inner text; empty when the locale cannot convert it
-        // Both where the system cannot tell: using it tells, or reports the failure.
+        // Both where the system cannot tell: using it shows which, or reports the failure.
         bool mayBeDirectory;
         bool mayBeFile;
     };

@@ -1,11 +1,11 @@
 #include "files/CFreeNumbers.h"
 
-bool CFreeNumbers::isTaken(std::size_t number) const
+bool CFreeNumbers::isReserved(std::size_t number) const
 {
     return number < end_ ? !gaps_.contains(number) : beyond_.contains(number);
 }
 
-void CFreeNumbers::take(std::size_t number)
+void CFreeNumbers::reserve(std::size_t number)
 {
     if (number < end_) {
         gaps_.erase(number);

@@ -7,8 +7,8 @@
 /// without a gap take no memory.
 class CFreeNumbers {
 public:
-    bool isTaken(std::size_t number) const;
-    void take(std::size_t number);
+    bool isReserved(std::size_t number) const;
+    void reserve(std::size_t number);
     void release(std::size_t number);
 
     /// The smallest free number.

@@ -33,20 +33,6 @@ void forSeriesOf(std::string_view name, Use&& use)
     }
 }
 
-/// The first name of a series that a fresh listing leaves free.
-std::string listAndFind(const CDirectory& directory, format::Series series)
-{
-    qm::CQMDirectoryScanner scanner(directory.descriptor());
-    CFreeNumbers numbers;
-    while (scanner.GetNext()) {
-        const auto number = format::numberOf(format::text::fromLocale(scanner.name()), series);
-        if (number && !scanner.isMissing()) {
-            numbers.take(*number);
-        }
-    }
-    return scanner.error() == 0 ? format::numberedName(series, numbers.first()) : probe(directory, series);
-}
-
 } // namespace
 
 std::string CUniqueNames::next(const CDirectory& directory, format::Series series)
@@ -56,16 +42,18 @@ std::string CUniqueNames::next(const CDirectory& directory, format::Series serie
     if (directory.descriptor() < 0 || ::fstat(directory.descriptor(), &status) != 0) {
         return probe(directory, series);
     }
-    Place* const place = findPlace(status.st_dev, status.st_ino);
+    Place onlyListed { status.st_dev, status.st_ino };
+    Place* place = findPlace(status.st_dev, status.st_ino);
     if (!place) {
         remember(status.st_dev, status.st_ino);
     }
     if (!place || !isWatched(*place, directory)) {
-        return listAndFind(directory, series);
-    }
-    readChanges();
-    if (hasUncheckedLink(*place, directory)) {
-        place->isListed = false;
+        place = &onlyListed;
+    } else {
+        readChanges();
+        if (hasUncheckedLink(*place, directory)) {
+            place->isListed = false;
+        }
     }
     if (!place->isListed && !list(*place, directory)) {
         return probe(directory, series);
@@ -146,7 +134,7 @@ void CUniqueNames::apply(const qm::CQMDirectoryWatch::Change& change)
             place->unchecked.erase(name);
             return;
         }
-        place->numbers[series].take(number);
+        place->numbers[series].reserve(number);
         if (!change.isDirectory) {
             place->unchecked.insert(name);
         }
@@ -164,7 +152,7 @@ bool CUniqueNames::list(Place& place, const CDirectory& directory)
         forSeriesOf(format::text::fromLocale(scanner.name()), [&](std::size_t series, std::size_t number) {
             hasLink = hasLink || scanner.mayBeLink();
             if (!scanner.isMissing()) {
-                place.numbers[series].take(number);
+                place.numbers[series].reserve(number);
             }
         });
     }

@@ -22,7 +22,7 @@ CompositionResult parseComposition(std::string_view text, std::vector<COMPONENT>
     std::size_t length = 0;
     while (!text.empty()) {
         const char* const start = text.data();
-        const char32_t c = text::takeFirst(text);
+        const char32_t c = text::popFirst(text);
         const bool last = text.empty();
         const bool endsNumber = c == fractionSeparator || c == componentSeparator || last;
         if (endsNumber && number.empty()) {

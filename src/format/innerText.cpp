@@ -108,7 +108,7 @@ std::wstring toWide(std::string_view text)
     std::wstring wide(text.size(), L'\0');
     std::size_t length = 0;
     while (!text.empty()) {
-        wide[length++] = static_cast<wchar_t>(takeFirst(text));
+        wide[length++] = static_cast<wchar_t>(popFirst(text));
     }
     wide.resize(length);
     return wide;
@@ -125,7 +125,7 @@ std::optional<std::string> fromUtf8(std::string_view bytes)
         if (!beginsInUtf8(bytes)) {
             return std::nullopt;
         }
-        append(text, takeFirst(bytes));
+        append(text, popFirst(bytes));
     }
     return text;
 }
@@ -153,7 +153,7 @@ std::string toLocale(std::string text)
     return qm::CQMTranscoder::WideToAnsi(toWide(text));
 }
 
-char32_t takeFirst(std::string_view& text) noexcept
+char32_t popFirst(std::string_view& text) noexcept
 {
     const auto lead = static_cast<unsigned char>(text.front());
     if (lead < 0x80) {

@@ -17,7 +17,7 @@ bool isPlain(std::string_view text) noexcept;
 void append(std::string& text, char32_t codePoint);
 
 /// Takes the first code point off a text that is not empty.
-char32_t takeFirst(std::string_view& text) noexcept;
+char32_t popFirst(std::string_view& text) noexcept;
 
 std::string fromWide(std::wstring_view wide);
 std::wstring toWide(std::string_view text);

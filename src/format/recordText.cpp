@@ -15,7 +15,7 @@ void copyWStringToWtchar(std::string_view text, std::span<wchar_t> destination) 
         at = std::copy_n(text.begin(), length, at);
     } else {
         while (at != last && !text.empty()) {
-            *at++ = static_cast<wchar_t>(text::takeFirst(text));
+            *at++ = static_cast<wchar_t>(text::popFirst(text));
         }
     }
     std::fill(at, destination.end(), L'\0');

@@ -18,7 +18,7 @@ public:
         : CDbFile(log)
     {
     }
-    /// Reads a head; `status` tells how it went.
+    /// Reads a head; `status` is the outcome.
     CParameterData(const FoundFile& file, const CLog& log);
 
     long getID() const { return getNumber(s_IDKey); }
@@ -35,7 +35,7 @@ public:
     int getData(IDbData*& result) const;
 
     /// Writes the data file into `directory`, the head's own, which is open. The head's type and vector flag,
-    /// which must be set, tell the value's class; the value's own fields are not looked at.
+    /// which must be set, determine the value's class; the value's own fields are not looked at.
     values::SaveResult setData(const IDbData& value, const CDirectory& directory) const;
 
 private:

@@ -22,7 +22,7 @@ public:
     const char* name() const noexcept { return name_; }
     /// True for a directory and a link to one; block devices and sockets count as directories too.
     bool mayBeDirectory() const noexcept { return kind_ == Kind::Directory || kind_ == Kind::Unknown; }
-    /// True for anything else, and, as the former, for what the system cannot tell.
+    /// True for anything else, and, as the former, for what the system does not say.
     bool mayBeFile() const noexcept { return kind_ != Kind::Directory; }
     /// True for a link, whatever it leads to, and for what the file system does not tell apart from one.
     bool mayBeLink() const noexcept { return mayBeLink_; }

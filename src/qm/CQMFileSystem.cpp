@@ -211,7 +211,7 @@ MoveResult CQMFileSystem::MoveToFreePlace(const NativePath& from, const NativePa
         return MoveResult::Moved;
     }
     if (errno == EEXIST) {
-        return MoveResult::Taken;
+        return MoveResult::Occupied;
     }
     // EPERM is what file systems without hard links answer.
     return isUnknownOperation(errno) || errno == EPERM ? MoveResult::Unsupported : MoveResult::Failed;

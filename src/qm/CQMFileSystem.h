@@ -17,7 +17,7 @@ struct NativePath {
 
 enum class MoveResult {
     Moved,
-    Taken, ///< something stands there
+    Occupied, ///< something stands there
     Unsupported, ///< by the file system, unless it replaces what stands there
     Failed,
 };
@@ -33,7 +33,7 @@ public:
 
     /// True when something stands at the path; links are followed, an error counts as nothing.
     static bool Exists(const NativePath& path);
-    /// True when nothing stands there. Throws EQMException when that cannot be told.
+    /// True when nothing stands there. Throws EQMException when that cannot be found out.
     static bool IsFree(const NativePath& path);
     /// True for the error of asking after what is not there; links in circles and to impossible names lead to
     /// nothing either.

@@ -140,7 +140,7 @@ bool writeWholeFile(const NativePath& path, std::string_view bytes, std::string_
     switch (file.moveIntoPlace()) {
     case MoveResult::Moved:
         return true;
-    case MoveResult::Taken:
+    case MoveResult::Occupied:
         return CQMFileSystem::IsLink(path) && writeInPlace(path, bytes, O_TRUNC);
     case MoveResult::Unsupported:
         return writeInPlace(path, bytes, O_EXCL);

@@ -20,7 +20,7 @@ enum class ErrorCode : unsigned long {
 /// What the utility layer throws. The database lets it pass to the exported functions.
 class EQMException : public std::exception {
 public:
-    /// `subcode` is the system's error number where the code alone does not tell the cause, else 0.
+    /// `subcode` is the system's error number where the code alone does not give the cause, else 0.
     explicit EQMException(ErrorCode code, int subcode = 0) noexcept
         : code(static_cast<unsigned long>(code))
         , subcode(subcode)

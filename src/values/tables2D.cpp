@@ -105,7 +105,7 @@ private:
         return QMDB_OK;
     }
 
-    /// A header without rows leaves nothing behind.
+    /// A header without rows adds no subtable.
     int closeSubtable()
     {
         const std::size_t count = rows_.count();
