@@ -1,7 +1,6 @@
 #pragma once
 
 #include <clocale>
-#include <locale.h>
 #include <stdexcept>
 #include <string>
 
@@ -13,11 +12,10 @@ public:
     /// True when the machine, or the build, has the locale.
     static bool exists(const char* name)
     {
-        const locale_t locale = ::newlocale(LC_ALL_MASK, name, locale_t {});
-        if (locale) {
-            ::freelocale(locale);
-        }
-        return locale != locale_t {};
+        const std::string before = std::setlocale(LC_ALL, nullptr);
+        const bool isThere = std::setlocale(LC_ALL, name) != nullptr;
+        std::setlocale(LC_ALL, before.c_str());
+        return isThere;
     }
 
     explicit ScopedLocale(const char* name)
