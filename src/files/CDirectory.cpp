@@ -18,7 +18,7 @@ constexpr std::size_t maxOpenBelow = 4;
 constexpr std::size_t usualEntries = 16; // of a substance or a phase
 
 /// The error of a directory that is not there, or is none.
-bool isAbsence(int number)
+bool isNoDirectory(int number)
 {
     return number == ENOENT || number == ENOTDIR;
 }
@@ -60,7 +60,7 @@ int CDirectory::list(const CLog& log)
     if (!listed_) {
         readListing();
     }
-    if (listError_ == 0 || isAbsence(listError_)) {
+    if (listError_ == 0 || isNoDirectory(listError_)) {
         return QMDB_OK;
     }
     // Each scan reports it, though the directory is read once.
