@@ -7,6 +7,7 @@
 #include "qm/EQMException.h"
 #include "qmdatabase/status.h"
 
+#include <algorithm>
 #include <cerrno>
 
 namespace {
@@ -14,8 +15,6 @@ namespace {
 /// Directories beside more others are closed once listed: opening a database takes 8 descriptors at most.
 constexpr std::size_t maxOpenInRoot = 1;
 constexpr std::size_t maxOpenBelow = 4;
-
-constexpr std::size_t usualEntries = 16; // of a substance or a phase
 
 /// The error of a directory that is not there, or is none.
 bool isNoDirectory(int number)
@@ -31,24 +30,26 @@ bool isOutage(int number)
 
 } // namespace
 
-CDirectory::CDirectory(const CDirectory& parent, std::string_view name)
+CDirectory::CDirectory(const CDirectory& parent, std::string_view name, bool staysOpen)
     : path_(std::make_shared<const std::string>(format::joinPath(*parent.path_, name)))
     , nameAt_(parent.path_->size() + 1)
     , parent_(&parent)
+    , staysOpen_(staysOpen)
 {
 }
 
 std::vector<CDirectory>& CDirectory::subdirectories()
 {
     if (!subdirectories_) {
+        const auto count
+            = static_cast<std::size_t>(std::ranges::count_if(entries_, &Entry::mayBeDirectory));
+        const bool stayOpen = count <= (parent_ ? maxOpenBelow : maxOpenInRoot);
         std::vector<CDirectory> found;
+        found.reserve(count);
         for (const Entry& entry : entries_) {
             if (entry.mayBeDirectory) {
-                found.push_back(CDirectory(*this, entry.name));
+                found.push_back(CDirectory(*this, entry.name, stayOpen));
             }
-        }
-        for (CDirectory& directory : found) {
-            directory.staysOpen_ = found.size() <= (parent_ ? maxOpenBelow : maxOpenInRoot);
         }
         subdirectories_ = std::move(found);
     }
@@ -86,7 +87,6 @@ void CDirectory::readListing()
     }
     if (!staysOpen_) {
         handle_ = qm::FileHandle();
-        entries_.shrink_to_fit(); // there are many of these
     }
     if (listError_ != 0) {
         entries_.clear();
@@ -95,9 +95,11 @@ void CDirectory::readListing()
 
 int CDirectory::readEntries(int descriptor)
 {
-    entries_.reserve(usualEntries);
     qm::CQMDirectoryScanner scanner(descriptor);
     while (scanner.GetNext()) {
+        if (entries_.empty()) {
+            entries_.reserve(1 + scanner.mostAhead()); // there are many directories of few entries
+        }
         entries_.push_back(
             { format::text::fromLocale(scanner.name()), scanner.mayBeDirectory(), scanner.mayBeFile() });
     }

@@ -71,7 +71,7 @@ private:
         bool mayBeFile;
     };
 
-    CDirectory(const CDirectory& parent, std::string_view name);
+    CDirectory(const CDirectory& parent, std::string_view name, bool staysOpen);
 
     void readListing();
     /// 0, or the number of the error.

@@ -2,24 +2,15 @@
 
 #include <algorithm>
 
-CLineReader::Result CLineReader::next(std::string_view& line) noexcept
+bool CLineReader::readAhead() noexcept
 {
-    for (;;) {
-        switch (cutter_.next(line)) {
-        case format::CLineCutter::Result::Line:
-            return Result::Line;
-        case format::CLineCutter::Result::TooLong:
-            return Result::TooLong;
-        case format::CLineCutter::Result::NeedBytes:
-            break;
-        }
-        const ssize_t count = file_.read(cutter_.room());
-        if (count < 0) {
-            return Result::Failed;
-        }
-        read_ += static_cast<std::size_t>(count);
-        cutter_.received(static_cast<std::size_t>(count));
+    const ssize_t count = file_.read(cutter_.room());
+    if (count < 0) {
+        return false;
     }
+    read_ += static_cast<std::size_t>(count);
+    cutter_.received(static_cast<std::size_t>(count));
+    return true;
 }
 
 std::size_t CLineReader::bytesAhead() const noexcept

@@ -21,7 +21,22 @@ public:
     }
 
     /// Delivers the next line, valid until the next call. After a last LF comes one empty line.
-    Result next(std::string_view& line) noexcept;
+    Result next(std::string_view& line) noexcept
+    {
+        for (;;) {
+            switch (cutter_.next(line)) {
+            case format::CLineCutter::Result::Line:
+                return Result::Line;
+            case format::CLineCutter::Result::TooLong:
+                return Result::TooLong;
+            case format::CLineCutter::Result::NeedBytes:
+                break;
+            }
+            if (!readAhead()) {
+                return Result::Failed;
+            }
+        }
+    }
 
     /// True when the line was ended by the file, not by an LF: there is none after it.
     bool hitEnd() const noexcept { return cutter_.hitEnd(); }
@@ -35,6 +50,8 @@ public:
     std::size_t bytesDelivered() const noexcept { return read_ - cutter_.ahead().size(); }
 
 private:
+    bool readAhead() noexcept;
+
     qm::CQMInputFile& file_;
     std::size_t read_ = 0;
     format::CLineCutter cutter_;

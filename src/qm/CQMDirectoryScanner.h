@@ -29,10 +29,14 @@ public:
     /// True for a link to nothing.
     bool isMissing() const noexcept { return kind_ == Kind::Missing; }
 
+    /// Most entries that have been read ahead of the current one; rarely twice as many as there are.
+    std::size_t mostAhead() const noexcept { return (end_ - at_) / sizeOfShortest; }
+
     /// Once GetNext() has returned false: 0 at the end, else the number of the error.
     int error() const noexcept { return error_; }
 
 private:
+    static constexpr std::size_t sizeOfShortest = 24; ///< bytes of an entry with a name of one letter
     enum class Kind { Directory, File, Missing, Unknown };
 
     Kind kindOf(const dirent64& entry) const noexcept;
