@@ -1,5 +1,6 @@
 #include "files/CDirectory.h"
 
+#include "files/CLineReader.h"
 #include "format/innerText.h"
 #include "format/vocabulary.h"
 #include "qm/CQMDirectoryScanner.h"
@@ -8,13 +9,17 @@
 #include "qmdatabase/status.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <span>
 
 namespace {
 
 /// Directories beside more others are closed once listed: opening a database takes 8 descriptors at most.
-constexpr std::size_t maxOpenInRoot = 1;
-constexpr std::size_t maxOpenBelow = 4;
+constexpr std::ptrdiff_t maxOpenInRoot = 1;
+constexpr std::ptrdiff_t maxOpenBelow = 4;
+
+constexpr std::size_t maxBytesAhead = 65536; ///< of one directory
 
 /// The error of a directory that is not there, or is none.
 bool isNoDirectory(int number)
@@ -26,6 +31,14 @@ bool isNoDirectory(int number)
 bool isOutage(int number)
 {
     return number == EMFILE || number == ENFILE || number == ENOMEM || number == EIO;
+}
+
+/// The files that loading reads below a substance.
+bool isReadWhenLoading(std::string_view name) noexcept
+{
+    return format::hasExtension(name, format::headExtension)
+        || format::hasExtension(name, format::phaseExtension)
+        || format::hasExtension(name, format::phaseChangeExtension);
 }
 
 } // namespace
@@ -41,11 +54,10 @@ CDirectory::CDirectory(const CDirectory& parent, std::string_view name, bool sta
 std::vector<CDirectory>& CDirectory::subdirectories()
 {
     if (!subdirectories_) {
-        const auto count
-            = static_cast<std::size_t>(std::ranges::count_if(entries_, &Entry::mayBeDirectory));
+        const auto count = std::ranges::count_if(entries_, [](auto& entry) { return entry.mayBeDirectory; });
         const bool stayOpen = count <= (parent_ ? maxOpenBelow : maxOpenInRoot);
         std::vector<CDirectory> found;
-        found.reserve(count);
+        found.reserve(static_cast<std::size_t>(count));
         for (const Entry& entry : entries_) {
             if (entry.mayBeDirectory) {
                 found.push_back(CDirectory(*this, entry.name, stayOpen));
@@ -86,7 +98,9 @@ void CDirectory::readListing()
         listError_ = directory ? readEntries(directory.get()) : errno;
     }
     if (!staysOpen_) {
+        readAhead();
         handle_ = qm::FileHandle();
+        entries_.shrink_to_fit(); // there are many of these
     }
     if (listError_ != 0) {
         entries_.clear();
@@ -98,12 +112,46 @@ int CDirectory::readEntries(int descriptor)
     qm::CQMDirectoryScanner scanner(descriptor);
     while (scanner.GetNext()) {
         if (entries_.empty()) {
-            entries_.reserve(1 + scanner.mostAhead()); // there are many directories of few entries
+            entries_.reserve(1 + scanner.entriesAhead());
         }
-        entries_.push_back(
-            { format::text::fromLocale(scanner.name()), scanner.mayBeDirectory(), scanner.mayBeFile() });
+        entries_.push_back({ format::text::fromLocale(scanner.name()), scanner.mayBeDirectory(),
+            scanner.mayBeFile(), scanner.isRegular(), false, 0, 0 });
     }
     return scanner.error();
+}
+
+void CDirectory::readAhead()
+{
+    // Not in a substance's directory: the bytes would wait until all substances before it are loaded.
+    const bool isBelowSubstance = parent_ && parent_->parent_;
+    if (!handle_ || listError_ != 0 || !isBelowSubstance) {
+        return;
+    }
+    for (Entry& entry : entries_) {
+        if (entry.isRegular && isReadWhenLoading(entry.name) && ahead_.size() < maxBytesAhead) {
+            readAhead(entry);
+        }
+    }
+}
+
+void CDirectory::readAhead(Entry& entry)
+{
+    qm::CQMInputFile file(pathOf(entry.name));
+    std::array<char, CLineReader::mostBytes> buffer;
+    for (std::size_t size = 0; file.isOpen() && size < buffer.size();) {
+        const ssize_t count = file.read(std::span(buffer).subspan(size));
+        if (count < 0) {
+            return;
+        }
+        if (count == 0) {
+            entry.isReadAhead = true;
+            entry.begin = static_cast<std::uint32_t>(ahead_.size());
+            entry.size = static_cast<std::uint16_t>(size);
+            ahead_.append(buffer.data(), size);
+            return;
+        }
+        size += static_cast<std::size_t>(count);
+    }
 }
 
 void CDirectory::open()
@@ -162,6 +210,7 @@ void CDirectory::close()
 {
     listed_ = false;
     entries_ = {};
+    ahead_ = {};
     subdirectories_.reset();
     handle_ = qm::FileHandle();
 }

@@ -2,9 +2,17 @@
 
 #include <algorithm>
 
+CLineReader::CLineReader(std::string_view bytes) noexcept
+    : read_(bytes.size())
+{
+    std::ranges::copy(bytes, cutter_.room().begin());
+    cutter_.received(bytes.size());
+    cutter_.received(0);
+}
+
 bool CLineReader::readAhead() noexcept
 {
-    const ssize_t count = file_.read(cutter_.room());
+    const ssize_t count = file_->read(cutter_.room());
     if (count < 0) {
         return false;
     }
@@ -15,7 +23,7 @@ bool CLineReader::readAhead() noexcept
 
 std::size_t CLineReader::bytesAhead() const noexcept
 {
-    const std::size_t size = file_.size();
+    const std::size_t size = file_->size();
     const std::size_t delivered = bytesDelivered();
     return size > delivered ? size - delivered : 0;
 }

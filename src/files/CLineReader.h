@@ -16,9 +16,12 @@ public:
     };
 
     explicit CLineReader(qm::CQMInputFile& file) noexcept
-        : file_(file)
+        : file_(&file)
     {
     }
+    /// Reads the lines of a file whose bytes, at most mostBytes, are given instead.
+    explicit CLineReader(std::string_view bytes) noexcept;
+    static constexpr std::size_t mostBytes = 4096;
 
     /// Delivers the next line, valid until the next call. After a last LF comes one empty line.
     Result next(std::string_view& line) noexcept
@@ -52,7 +55,7 @@ public:
 private:
     bool readAhead() noexcept;
 
-    qm::CQMInputFile& file_;
+    qm::CQMInputFile* file_ = nullptr; ///< null when all has been read
     std::size_t read_ = 0;
     format::CLineCutter cutter_;
 };

@@ -20,7 +20,8 @@ struct LoadMessages {
 /// Loads all objects of one kind that a directory holds, in its order; stops at the first bad one and returns
 /// its code. Of objects with one ID the one loaded last stands. A substance without phases is skipped.
 ///
-/// `make` makes an object from a file; `note` sees each object made with its ID, those that are refused included.
+/// `make` makes an object from a file; `note` sees each object made with its ID, those that are refused
+/// included.
 template <class Object, class Make, class Note>
 int loadAll(CIdMap<Object>& objects, CDirectory& directory, const format::DescriptorKind& kind,
     const LoadMessages& messages, const CLog& log, Make&& make, Note&& note)
