@@ -38,8 +38,7 @@ CDbFile::CDbFile(const FoundFile& file, const CLog& log)
     , log_(&log)
 {
     if (const auto bytes = file.directory->bytesOf(*file.entry)) {
-        CLineReader lines(*bytes);
-        parse(lines);
+        readAhead(*bytes);
     } else {
         read(file.directory->pathOf(file.entry->name));
     }
@@ -62,6 +61,12 @@ void CDbFile::read(const qm::NativePath& native)
         return;
     }
     CLineReader lines(file);
+    parse(lines);
+}
+
+void CDbFile::readAhead(std::string_view bytes)
+{
+    CLineReader lines(bytes);
     parse(lines);
 }
 

@@ -80,7 +80,9 @@ private:
     static int getFilesListDownLevel(
         const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files);
 
-    void read(const qm::NativePath& native);
+    // Not inlined together: each holds a buffer, and a host's thread may have a small stack.
+    [[gnu::noinline]] void read(const qm::NativePath& native);
+    [[gnu::noinline]] void readAhead(std::string_view bytes);
     void parse(CLineReader& lines);
 
     const CLog* log_;
