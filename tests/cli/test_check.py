@@ -97,6 +97,7 @@ ADVICE = {
     "missing-text": "write the number of a text, or add the text to the tables",
     "no-description": "write the ID of a description, or add one",
     "no-descriptor": "add the file, or remove the directory",
+    "no-line-end": "look whether the file is whole, and end it with a line end",
     "no-phase": "add a phase",
     "outer-blanks": "remove them",
     "repeated-subtable": "put the rows together",
@@ -204,6 +205,7 @@ Substance1/Phase2/Property2.dat: error: the lines end with CR alone, so that all
 Substance3/Phase1/Phase1.phd:2: error: a CR that no LF follows ends no line: what stands behind it belongs to this \
 one [lone-cr]
 Substance3/Phase1/Phase1.phd:2: error: "ID" is "0?Name=C?", which is no whole number; it is read as 0 [bad-number]
+Substance3/Phase1/Property1.dat:1: warning: no line end follows: the file may have been cut [no-line-end]
 """),
     "a line over the limit": ({
         "Substance2/Substance2.mtd": keys(Composition=";".join(f"{i % 3}:0.01" for i in range(200)), ID=1, Mixture=1,

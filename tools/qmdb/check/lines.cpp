@@ -163,6 +163,14 @@ std::string Context::pathOf(std::string_view file) const
     return format::text::toLocale(file.empty() ? root : format::joinPath(root, file));
 }
 
+void reportUnended(Context& context, const RawLine& line)
+{
+    if (line.endsFile && !line.isCut && !line.bytes.empty()) {
+        context.findings.warning("no-line-end", line.place, "no line end follows: the file may have been cut",
+            "look whether the file is whole, and end it with a line end");
+    }
+}
+
 bool readLines(Context& context, const std::string& file, const std::function<void(const RawLine&)>& each)
 {
     ++context.files;
