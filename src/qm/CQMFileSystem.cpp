@@ -118,7 +118,7 @@ bool isUnknownOperation(int number)
 FileHandle CQMFileSystem::Open(const NativePath& path, int flags, mode_t mode)
 {
     const ShortPath way(path);
-    flags |= O_CLOEXEC;
+    flags |= O_CLOEXEC | O_NOCTTY; // a terminal in a tree must not become the host's
     int descriptor = open(way, flags | O_NONBLOCK, mode);
     if (descriptor < 0 && errno == EWOULDBLOCK && isRegular(way)) {
         descriptor = open(way, flags, mode); // it is leased, and the lease's holder gives it up
