@@ -95,6 +95,7 @@ ADVICE = {
     "long-text": "shorten it",
     "missing-key": 'add a line "{}=..."',
     "missing-text": "write the number of a text, or add the text to the tables",
+    "mixed-line-ends": "look whether a character was lost, and let all lines end alike",
     "no-description": "write the ID of a description, or add one",
     "no-descriptor": "add the file, or remove the directory",
     "no-line-end": "look whether the file is whole, and end it with a line end",
@@ -205,6 +206,7 @@ Substance1/Phase2/Property2.dat: error: the lines end with CR alone, so that all
 Substance3/Phase1/Phase1.phd:2: error: a CR that no LF follows ends no line: what stands behind it belongs to this \
 one [lone-cr]
 Substance3/Phase1/Phase1.phd:2: error: "ID" is "0?Name=C?", which is no whole number; it is read as 0 [bad-number]
+Substance3/Phase1/Phase1.phd:3: warning: the line ends with LF alone, unlike the lines before [mixed-line-ends]
 Substance3/Phase1/Property1.dat:1: warning: no line end follows: the file may have been cut [no-line-end]
 """),
     "a line over the limit": ({
