@@ -90,6 +90,7 @@ ADVICE = {
     "duplicate-id": "give one of them another ID",
     "grouped-digits": "write the number without a comma, or with a point if a fraction is meant",
     "ignored-text": "write a decimal number and nothing else",
+    "leads-out": "put the file beside this one, and write its name",
     "lone-cr": "let each line end with LF or CR LF",
     "long-line": "shorten the line",
     "long-text": "shorten it",
@@ -100,6 +101,7 @@ ADVICE = {
     "no-descriptor": "add the file, or remove the directory",
     "no-line-end": "look whether the file is whole, and end it with a line end",
     "no-phase": "add a phase",
+    "orphan-data": "name it in a head, or remove it",
     "outer-blanks": "remove them",
     "repeated-subtable": "put the rows together",
     "single-component": "name two components or more",
@@ -129,6 +131,11 @@ Substance2/Substance2.mtd:2: error: the ID -5 is not among 0 to 2147483646, so t
 failures [bad-id]
 Substance3/Substance3.mtd:2: error: the ID 2147483648 is not among 0 to 2147483646, so that additions cannot tell IDs \
 from failures [bad-id]
+"""),
+    "a data file in another directory": ({"Substance1/Property1.prh": head(2, 1, 0, "../Substance1/Property1.dat")}, """\
+Substance1/Property1.prh:1: warning: "Data" is "../Substance1/Property1.dat", which leads out of the directory \
+[leads-out]
+Substance1/Property1.dat: warning: no parameter head names the data file [orphan-data]
 """),
     "a thousands separator": ({
         "Substance1/Property1.dat": "1,234\n",
