@@ -121,6 +121,9 @@ const Hostile hostile[] = {
     { "block device, which counts as a directory", makeNode<S_IFBLK, 1000, 1>, QMDB_OK, "error -6" },
     { "directory", [](const fs::path& place, const fs::path&) { return fs::create_directory(place); },
         QMDB_OK, "error -7" },
+    { "unreadable directory",
+        [](const fs::path& place, const fs::path&) { return ::mkdir(place.c_str(), 0) == 0; }, QMDB_OK,
+        "error -6" },
     { "unreadable file", makeUnreadable, QMDB_E_FILE, "error -6" },
     { "link to nothing",
         [](const fs::path& place, const fs::path&) { return linkTo("nowhere/at/all", place); }, QMDB_E_FILE,
@@ -131,8 +134,8 @@ const Hostile hostile[] = {
     { "link out of the tree",
         [](const fs::path& place, const fs::path& outside) { return linkTo(outside / "file", place); },
         QMDB_E_REQUIRED_KEY, "7" },
-    { "link to the directory above",
-        [](const fs::path& place, const fs::path&) { return linkTo("..", place); }, QMDB_OK, "error -7" },
+    { "link to its own directory", [](const fs::path& place, const fs::path&) { return linkTo(".", place); },
+        QMDB_OK, "error -7" },
     { "8 TB sparse file", makeSparse, QMDB_E_REQUIRED_KEY, "error -7" },
 };
 
@@ -174,6 +177,17 @@ public:
             openToAll(open->root());
         }
         isThere_ = kind.make(path, outside_.root());
+    }
+
+    HostileTree(const HostileTree&) = delete;
+    HostileTree& operator=(const HostileTree&) = delete;
+    ~HostileTree()
+    {
+        // So that it can be removed. A link is not followed: it may lead anywhere.
+        const std::string path = tree_.root() + "/" + place_.path;
+        if (!fs::is_symlink(path)) {
+            ::chmod(path.c_str(), 0700);
+        }
     }
 
     bool isThere() const { return isThere_; }
