@@ -32,10 +32,10 @@ std::string argumentText(const char* argument)
 
 void addAddCommand(CLI::App& app, tool::Action& action)
 {
-    CLI::App* add = app.add_subcommand("add", "Add substances, phases, phase changes and parameters");
+    CLI::App* add = app.add_subcommand("add", "Add substances, phases, phase changes, parameters and descriptions");
     add->require_subcommand(1);
     for (const auto addTo : { tool::addSubstanceCommand, tool::addPhaseCommand, tool::addChangeCommand,
-             tool::addParameterCommand }) {
+             tool::addParameterCommand, tool::addDescriptionCommand }) {
         addTo(*add, action);
     }
 }
@@ -81,7 +81,8 @@ int run(const std::vector<std::string>& words)
     app.require_subcommand(1);
     tool::Action action;
     for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addPlotCommand,
-             tool::addCheckCommand, tool::addExportCommand, addAddCommand, tool::addNewCommand }) {
+             tool::addCheckCommand, tool::addExportCommand, addAddCommand, tool::addSetCommand,
+             tool::addRemoveCommand, tool::addNewCommand }) {
         add(app, action);
     }
     requireCommands(app, words);

@@ -121,13 +121,18 @@ void checkColumns(const std::vector<InputRow>& rows, Problems& problems)
     }
 }
 
-/// A line without byte-order mark and outer blanks; empty for a comment.
+/// A line without byte-order mark and outer blanks.
 std::string_view contentOf(std::string_view line, bool first)
 {
     const bool marked = first && line.starts_with(vocabulary::utf8Mark);
     line.remove_prefix(marked ? vocabulary::utf8Mark.size() : 0);
-    line = trimmed(line, blanks);
-    return line.starts_with('#') ? std::string_view() : line;
+    return trimmed(line, blanks);
+}
+
+std::string commentOf(std::string_view line)
+{
+    line.remove_prefix(1);
+    return std::string(line.substr(line.starts_with(' ') ? 1 : 0));
 }
 
 /// Every second byte of the numbers is zero then.
@@ -140,12 +145,7 @@ void refuseUtf16(std::string_view line, const std::string& name)
     }
 }
 
-std::string stored(double number)
-{
-    return fmt::format("{:.6g}", number);
-}
-
-/// Checks that an argument increases from one row to the next, also as it is stored.
+/// Checks that an argument increases from one row to the next.
 void checkIncrease(const InputRow& before, const InputRow& row, std::size_t column, Problems& problems)
 {
     const double last = before.numbers[column];
@@ -153,10 +153,6 @@ void checkIncrease(const InputRow& before, const InputRow& row, std::size_t colu
     if (!(last < number)) {
         problems.add(row, column + 1,
             fmt::format("the argument {} does not increase: the row before it has {}", number, last));
-    } else if (stored(last) == stored(number)) {
-        problems.add(row, column + 1,
-            fmt::format("the arguments {} and {} are the same in the six significant digits that are stored",
-                last, number));
     }
 }
 
@@ -184,16 +180,21 @@ void checkArguments(const std::vector<InputRow>& rows, Problems& problems)
 
 } // namespace
 
-std::vector<InputRow> readRows(std::istream& input, const std::string& name)
+InputRows readRows(std::istream& input, const std::string& name)
 {
     Problems problems(name);
-    std::vector<InputRow> rows;
+    InputRows read;
+    std::vector<InputRow>& rows = read.rows;
     bool headPossible = true;
     std::size_t lineNumber = 0;
     for (std::string text; std::getline(input, text);) {
         refuseUtf16(text, name);
         const std::string_view line = contentOf(text, ++lineNumber == 1);
         if (line.empty()) {
+            continue;
+        }
+        if (line.starts_with('#')) {
+            read.comments.push_back(commentOf(line));
             continue;
         }
         const auto fields = fieldsOf(line);
@@ -208,7 +209,7 @@ std::vector<InputRow> readRows(std::istream& input, const std::string& name)
     if (rows.empty()) {
         throw Failure("{} holds no row of numbers", name);
     }
-    return rows;
+    return read;
 }
 
 Table tableOf(const std::vector<InputRow>& rows, const std::string& name)
@@ -233,17 +234,6 @@ Table tableOf(const std::vector<InputRow>& rows, const std::string& name)
         table.points.push_back(point);
     }
     return table;
-}
-
-std::size_t roundedNumbers(const Table& table)
-{
-    std::size_t count = 0;
-    for (const Point& point : table.points) {
-        const auto numbers = numbersOf(table, point);
-        count += static_cast<std::size_t>(std::ranges::count_if(
-            numbers, [](double number) { return asFiniteNumber(stored(number)) != number; }));
-    }
-    return count;
 }
 
 } // namespace tool
