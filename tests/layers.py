@@ -17,7 +17,8 @@ TOOL_FOLDERS = {
     "output": ["common", "database", "annotations"],
     "check": ["common", "database", "annotations"],
     "writing": ["common", "database", "annotations", "input", "check"],
-    "commands": ["common", "database", "annotations", "input", "output", "check", "writing"],
+    "comparison": ["common", "database", "annotations", "writing"],
+    "commands": ["common", "database", "annotations", "input", "output", "check", "comparison", "writing"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
 OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],

@@ -12,6 +12,9 @@
 
 namespace {
 
+/// What a shell calls the end by a signal.
+constexpr int signalStatus = 128;
+
 /// Names beyond ASCII need a locale that can express them; numbers keep their point.
 void setLocale()
 {
@@ -81,7 +84,8 @@ int run(const std::vector<std::string>& words)
     app.require_subcommand(1);
     tool::Action action;
     for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addPlotCommand,
-             tool::addCheckCommand, tool::addExportCommand, addAddCommand, tool::addSetCommand,
+             tool::addCheckCommand, tool::addExportCommand, tool::addImportCommand,
+             tool::addDiffCommand, addAddCommand, tool::addSetCommand,
              tool::addRemoveCommand, tool::addNewCommand }) {
         add(app, action);
     }
@@ -120,6 +124,8 @@ int main(int count, char** arguments)
         return run(words);
     } catch (const tool::ClosedPipe&) {
         return tool::ExitDone;
+    } catch (const tool::Interrupted& interrupted) {
+        return signalStatus + interrupted.signal(); // for when the signal itself does not end the command
     } catch (const tool::Failure& failure) {
         return report(failure.what(), failure.status());
     } catch (const std::exception& error) {

@@ -141,7 +141,7 @@ Tree readPart(Context& context, long substance)
     for (const std::string& directory : root.directories) {
         const auto names = list(context, directory).filesWith(format::substanceExtension);
         const bool isIt = std::ranges::any_of(names, [&](const std::string& name) {
-            return Descriptor(context, join(directory, name)).number(format::Key::ID) == substance;
+            return Descriptor(context, entryPath(directory, name)).number(format::Key::ID) == substance;
         });
         if (isIt) {
             readSubstance(context, directory, tree);

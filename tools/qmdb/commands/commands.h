@@ -12,6 +12,8 @@ void addCheckCommand(CLI::App& app, Action& action);
 void addExportCommand(CLI::App& app, Action& action);
 void addNewCommand(CLI::App& app, Action& action);
 void addSetCommand(CLI::App& app, Action& action);
+void addDiffCommand(CLI::App& app, Action& action);
+void addImportCommand(CLI::App& app, Action& action);
 void addRemoveCommand(CLI::App& app, Action& action);
 
 void addSubstanceCommand(CLI::App& add, Action& action);

@@ -4,16 +4,15 @@
 #include "common/failure.h"
 #include "common/numbers.h"
 #include "common/vocabulary.h"
+#include "input/Problems.h"
 
 #include <algorithm>
-#include <fmt/ranges.h>
 #include <set>
 
 namespace tool {
 
 namespace {
 
-constexpr std::size_t mostProblems = 20;
 constexpr std::string_view blanks = " \t\r";
 
 std::string_view trimmed(std::string_view text, std::string_view what)
@@ -61,51 +60,12 @@ bool isNumber(const std::string& text)
     return asFiniteNumber(text).has_value();
 }
 
-/// Collects what is wrong with the rows.
-class Problems {
-public:
-    explicit Problems(const std::string& name)
-        : name_(name)
-    {
-    }
-
-    void add(const InputRow& row, std::size_t column, std::string_view what)
-    {
-        add(fmt::format("{}: row {} (line {}), column {}: {}", name_, row.row, row.line, column, what));
-    }
-    void add(const InputRow& row, std::string_view what)
-    {
-        add(fmt::format("{}: row {} (line {}): {}", name_, row.row, row.line, what));
-    }
-
-    void throwIfAny() const
-    {
-        if (count_ > 0) {
-            const std::size_t more = count_ - texts_.size();
-            throw Failure("nothing is added:\n{}{}", fmt::join(texts_, "\n"),
-                more > 0 ? fmt::format("\nand {} more", more) : "");
-        }
-    }
-
-private:
-    void add(std::string text)
-    {
-        if (++count_ <= mostProblems) {
-            texts_.push_back(std::move(text));
-        }
-    }
-
-    std::string name_;
-    std::vector<std::string> texts_;
-    std::size_t count_ = 0;
-};
-
 void fillRow(InputRow& row, const std::vector<std::string>& fields, Problems& problems)
 {
     for (const std::string& field : fields) {
         const auto number = asFiniteNumber(field);
         if (!number) {
-            problems.add(row, row.numbers.size() + 1, fmt::format("{} is not a number", shown(field)));
+            problems.add(row, std::to_string(row.numbers.size() + 1), fmt::format("{} is not a number", shown(field)));
         }
         row.numbers.push_back(number.value_or(0));
     }
@@ -151,7 +111,7 @@ void checkIncrease(const InputRow& before, const InputRow& row, std::size_t colu
     const double last = before.numbers[column];
     const double number = row.numbers[column];
     if (!(last < number)) {
-        problems.add(row, column + 1,
+        problems.add(row, std::to_string(column + 1),
             fmt::format("the argument {} does not increase: the row before it has {}", number, last));
     }
 }
@@ -164,7 +124,7 @@ void checkArguments2D(const std::vector<InputRow>& rows, Problems& problems)
         if (rows[i - 1].numbers[0] == rows[i].numbers[0]) {
             checkIncrease(rows[i - 1], rows[i], 1, problems);
         } else if (!seen.insert(rows[i].numbers[0]).second) {
-            problems.add(rows[i], 1,
+            problems.add(rows[i], "1",
                 fmt::format("the first argument {} has rows further up: they must stand together",
                     rows[i].numbers[0]));
         }
@@ -182,7 +142,7 @@ void checkArguments(const std::vector<InputRow>& rows, Problems& problems)
 
 InputRows readRows(std::istream& input, const std::string& name)
 {
-    Problems problems(name);
+    Problems problems(name, "nothing is added");
     InputRows read;
     std::vector<InputRow>& rows = read.rows;
     bool headPossible = true;
@@ -200,7 +160,7 @@ InputRows readRows(std::istream& input, const std::string& name)
         const auto fields = fieldsOf(line);
         const bool head = std::exchange(headPossible, false) && std::ranges::none_of(fields, isNumber);
         if (!head) {
-            rows.push_back({ rows.size() + 1, lineNumber, {} });
+            rows.push_back({ { rows.size() + 1, lineNumber }, {} });
             fillRow(rows.back(), fields, problems);
             checkColumns(rows, problems);
         }
@@ -223,7 +183,7 @@ Table tableOf(const std::vector<InputRow>& rows, const std::string& name)
     Table table;
     table.components = columns < 4 ? 1 : 3;
     table.arguments = columns - table.components;
-    Problems problems(name);
+    Problems problems(name, "nothing is added");
     table.arguments == 1 ? checkArguments(rows, problems) : checkArguments2D(rows, problems);
     problems.throwIfAny();
     for (const InputRow& row : rows) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/flatTable.h"
+#include "input/Problems.h"
 
 #include <istream>
 #include <string>
@@ -9,9 +10,7 @@
 namespace tool {
 
 /// A row of numbers that a user gives, and where it stands.
-struct InputRow {
-    std::size_t row = 0; ///< counted from 1, without head, comments and empty lines
-    std::size_t line = 0; ///< of the file, counted from 1
+struct InputRow : RowPlace {
     std::vector<double> numbers;
 };
 

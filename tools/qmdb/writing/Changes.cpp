@@ -175,7 +175,7 @@ void Changes::apply(const std::string& root) const
     }
 }
 
-void Changes::applyUnseen(const std::string& root, void (*checkpoint)()) const
+void Changes::applyUnseen(const std::string& root, const std::function<void()>& checkpoint) const
 {
     for (const Step& step : steps_) {
         checkpoint();

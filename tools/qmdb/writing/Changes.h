@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,7 @@ public:
 
     void append(const Changes& more);
 
+    std::size_t size() const noexcept { return steps_.size(); }
     bool isEmpty() const noexcept { return steps_.empty(); }
 
     /// What would happen, one line a step, with the lines of descriptors that change.
@@ -27,7 +29,7 @@ public:
     /// Makes the changes in a database that others may be reading. Throws Failure.
     void apply(const std::string& root) const;
     /// Makes new files and replaced ones in a copy that nobody sees yet; nothing is flushed.
-    void applyUnseen(const std::string& root, void (*checkpoint)()) const;
+    void applyUnseen(const std::string& root, const std::function<void()>& checkpoint) const;
 
 private:
     enum class Action { MakeFile, ReplaceFile, RemoveFile, MakeDirectory, RemoveDirectory };

@@ -1,6 +1,6 @@
 #include "writing/Edit.h"
 
-#include "check/listing.h"
+#include "annotations/scan.h"
 #include "common/encodings.h"
 #include "common/failure.h"
 #include "database/statusText.h"
@@ -84,6 +84,11 @@ Edit::~Edit() = default;
 const std::string& Edit::directory() const noexcept
 {
     return state_->directory;
+}
+
+void Edit::requireTables()
+{
+    state_->tables.require();
 }
 
 Changes Edit::changes() const

@@ -23,6 +23,8 @@ public:
     ~Edit();
 
     const std::string& directory() const noexcept;
+    /// Makes the string tables that are missing, with which a database opens without a word in its log.
+    void requireTables();
     EditState& state() noexcept { return *state_; }
     const EditState& state() const noexcept { return *state_; }
 

@@ -1,6 +1,6 @@
 #include "writing/FreeNames.h"
 
-#include "check/listing.h"
+#include "annotations/scan.h"
 #include "common/encodings.h"
 
 #include "format/vocabulary.h"
@@ -20,7 +20,7 @@ FreeNames::Place& FreeNames::placeOf(const std::string& directory)
     const auto [found, isNew] = places_.try_emplace(directory);
     if (isNew) {
         std::error_code ignored;
-        const std::filesystem::path path = toLocale(check::join(root_, directory));
+        const std::filesystem::path path = toLocale(entryPath(root_, directory));
         for (const auto& entry : std::filesystem::directory_iterator(path, ignored)) {
             found->second.taken.insert(entry.path().filename().native());
         }

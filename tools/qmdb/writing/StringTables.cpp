@@ -168,7 +168,7 @@ void StringTables::addNewTexts(Changes& changes) const
 {
     for (const Language language : { Language::Default, Language::Russian }) {
         const Table& changed = table(language);
-        if (changed.newTexts.empty()) {
+        if (changed.newTexts.empty() && (changed.exists || !required_)) {
             continue;
         }
         std::string name(nameOf(language));

@@ -29,6 +29,9 @@ public:
     /// The ID of a text in both languages: one of those given out here, or a new one.
     std::string idOf(std::string_view text, std::string_view russianText);
 
+    /// Lets both tables be there, even with nothing in them.
+    void require() noexcept { required_ = true; }
+
     /// Drops the texts that only this descriptor, which goes, refers to.
     void release(const check::Descriptor& descriptor);
 
@@ -56,6 +59,7 @@ private:
     std::array<Table, 2> tables_;
     std::map<std::string, int, std::less<>> uses_;
     long highestId_ = 0;
+    bool required_ = false;
     std::map<std::pair<std::string, std::string>, std::string> newPairs_;
 };
 

@@ -310,6 +310,43 @@ std::vector<Description> descriptionsOf(const Edit& edit)
     return descriptions;
 }
 
+namespace {
+
+/// The Russian text of a descriptor where it is not the one that the default table shows.
+std::string russianText(const EditState& state, const Descriptor& file, TextKey key)
+{
+    std::string russian = displayText(state.tables, file, key, Language::Russian);
+    return russian == displayText(state.tables, file, key, Language::Default) ? std::string() : russian;
+}
+
+} // namespace
+
+std::vector<NewDescription> describedParameters(const Edit& edit)
+{
+    const EditState& state = edit.state();
+    std::vector<NewDescription> all;
+    for (const Descriptor& file : state.tree.descriptions) {
+        std::vector<KeyChange> keys;
+        for (const format::ToolKeyRule& rule : format::descriptionKind.toolKeys) {
+            if (file.has(rule.key)) {
+                keys.push_back({ std::string(rule.key), file.text(rule.key) });
+            }
+        }
+        all.push_back({ file.number(Key::ID), displayText(state.tables, file, TextKey::Name, state.language),
+            russianText(state, file, TextKey::Name), displayText(state.tables, file, TextKey::Units, state.language),
+            russianText(state, file, TextKey::Units), file.text(Key::DataTypes), file.text(Key::AvForPhases),
+            file.flag(Key::Scalar), file.flag(Key::Vector), std::move(keys) });
+    }
+    std::ranges::stable_sort(all, {}, &NewDescription::id);
+    return all;
+}
+
+std::string russianText(const Edit& edit, long substance, const Owner& owner, TextKey key)
+{
+    const EditState& state = edit.state();
+    return russianText(state, ownerFiles(state, substance, owner).descriptor, key);
+}
+
 std::string descriptionKey(const Edit& edit, long description, std::string_view key)
 {
     return descriptionFile(edit.state(), description).text(key);

@@ -59,6 +59,12 @@ long addDescription(Edit& edit, const NewDescription& description);
 /// The parameters that a database describes, with their names and units in the language of the edit.
 std::vector<Description> descriptionsOf(const Edit& edit);
 
+/// The descriptions whole, by number; Russian texts are empty where they are the same.
+std::vector<NewDescription> describedParameters(const Edit& edit);
+
+/// The Russian text of a substance, a phase or a phase change; empty where it is the same as the other.
+std::string russianText(const Edit& edit, long substance, const Owner& owner, TextKey key);
+
 /// The text of a key of a description; empty when it has none.
 std::string descriptionKey(const Edit& edit, long description, std::string_view key);
 

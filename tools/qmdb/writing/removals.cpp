@@ -1,6 +1,6 @@
 #include "writing/descriptors.h"
 
-#include "check/listing.h"
+#include "annotations/scan.h"
 #include "common/characters.h"
 #include "common/encodings.h"
 #include "common/failure.h"

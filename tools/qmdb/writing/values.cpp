@@ -1,6 +1,6 @@
 #include "writing/values.h"
 
-#include "check/listing.h"
+#include "annotations/scan.h"
 #include "check/rules.h"
 #include "common/encodings.h"
 #include "common/failure.h"
@@ -106,7 +106,7 @@ std::optional<std::string> newData(
 
 void lockOwner(EditState& state, const std::string& directory)
 {
-    state.ownerLock = std::make_unique<DatabaseLock>(check::join(state.directory, directory));
+    state.ownerLock = std::make_unique<DatabaseLock>(entryPath(state.directory, directory));
 }
 
 void setForm(DescriptorText& head, PARAM_TYPE type, bool vector)
@@ -170,8 +170,8 @@ void makeValue(EditState& state, const std::string& directory, const NewValue& v
     head.set(textOf(Key::ID), std::to_string(value.parameter));
     setForm(head, value.type, value.table.components > 1);
     applyKeys(head, value.keys);
-    state.changes.makeFile(check::join(directory, dataNameOf(name)), dataText(value.table, value.comments));
-    state.changes.makeFile(check::join(directory, name), head.bytes());
+    state.changes.makeFile(entryPath(directory, dataNameOf(name)), dataText(value.table, value.comments));
+    state.changes.makeFile(entryPath(directory, name), head.bytes());
 }
 
 void setValue(Edit& edit, long substance, const Owner& owner, long parameter, const ValueChange& change)
@@ -200,7 +200,7 @@ void setValue(Edit& edit, long substance, const Owner& owner, long parameter, co
         lockOwner(state, files.directory);
         const std::string name = dataNameOf(state.names.next(files.directory, format::Series::Heads));
         head.set(textOf(Key::Data), name);
-        state.changes.makeFile(check::join(files.directory, name), *data);
+        state.changes.makeFile(entryPath(files.directory, name), *data);
     }
     if (data || !headStays) {
         replaceDescriptor(state, file.file(), head);
