@@ -121,7 +121,7 @@ Water (0), H2O: H₂O
         self.expect(["list", self.database], "".join(lines), 1)
         status, output, errors = self.run_command("export", self.database)
         self.assertEqual((1, f"qmdb: warning: Density of Water, phase Ice is left out: {reason}\n"), (status, errors))
-        self.assertEqual(15, output.count("\n"))
+        self.assertEqual(16, output.count("\n"))
 
     def test_tells_what_is_read_otherwise_than_it_stands(self):
         write(self.database, {"Substance1/Property1.dat": "4x3\n",
@@ -133,7 +133,7 @@ Water (0), H2O: H₂O
         self.expect(["get", self.database, "Water", "1", "--phase", "0", "--csv"],
                     '"P, Pa","T, K","Density, kg/m³"\n1,280,1\n1,300,2\n3,280,1\n', errors=density)
         status, output, errors = self.run_command("export", self.database)
-        self.assertEqual((0, mass + density, 17), (status, errors, output.count("\n")))
+        self.assertEqual((0, mass + density, 18), (status, errors, output.count("\n")))
 
     def test_leaves_the_database_as_it_was(self):
         before = snapshot(self.database)

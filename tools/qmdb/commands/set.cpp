@@ -8,6 +8,8 @@
 #include "database/DatabaseLock.h"
 #include "writing/values.h"
 
+#include <fmt/ranges.h>
+
 namespace tool {
 
 namespace {
@@ -146,18 +148,13 @@ int runSetValue(const SetValueOptions& options)
     const Owner owner = chooseOwner(database, substance, options.phase, options.change);
     const Parameter parameter = chooseParameter(database, substance, owner, options.parameter);
     writing::Edit edit(options.location.directory, options.location.language);
-    writing::setValue(edit, substance.id, owner, parameter.id, change);
+    const auto kept = writing::setValue(edit, substance.id, owner, parameter.id, change);
     const int status = finishEdit(edit, options.edit,
         fmt::format("changed {} of {}{}", label(parameter.name, parameter.id), ownerText(substance, owner),
             change.table ? ": " + formText(*change.table, change.type) : ""));
-    if (change.table && !(change.comments && !change.keys.empty())) {
-        fmt::print(stderr, "qmdb: note: {} of the value before stay; {} them\n",
-            change.comments       ? "source and accuracy"
-                : !change.keys.empty() ? "the comments"
-                                       : "comments, source and accuracy",
-            change.comments       ? "--source and --accuracy replace"
-                : !change.keys.empty() ? "--comment replaces"
-                                       : "--comment, --source and --accuracy replace");
+    if (!kept.empty()) {
+        fmt::print(stderr, "qmdb: note: the new value keeps what was said about the one before: {}\n",
+            fmt::join(kept, ", "));
     }
     return status;
 }

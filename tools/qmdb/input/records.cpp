@@ -58,6 +58,7 @@ public:
     }
 
     std::size_t line() const noexcept { return line_; }
+    bool hasDecimalComma() const noexcept { return separator_ != ','; }
 
 private:
     /// The first line that is neither empty nor a comment.
@@ -168,7 +169,7 @@ void readCsv(std::string_view bytes, const std::string& name, Columns columns,
         for (std::size_t i = 0; i < cells.size(); ++i) {
             fields[places[i]] = cells[i];
         }
-        use({ { row, reader.line() }, fields });
+        use({ { row, reader.line() }, fields, reader.hasDecimalComma() });
     }
 }
 

@@ -14,6 +14,7 @@ struct Record {
     RowPlace place;
     /// One for each column that is asked for, empty where the file has none. They live as long as the call.
     std::span<const std::string_view> fields;
+    bool decimalComma = false; ///< semicolons or tabs separate, so that a comma in a number is its point
 };
 
 /// Reads rows of CSV (with a head line, separated by commas, semicolons or tabs), of JSON Lines, or of one JSON

@@ -104,7 +104,8 @@ std::vector<std::string> commentsOf(std::string_view bytes)
 std::string plainComment(std::string_view text)
 {
     std::wstring wide = toWide(text);
-    std::ranges::replace_if(wide, isControl, L' ');
+    std::ranges::replace_if(
+        wide, [](wchar_t one) { return isControl(one) && one != L'\t'; }, L' ');
     return toUtf8(wide);
 }
 

@@ -17,7 +17,7 @@ std::string withComments(std::string_view bytes, std::span<const std::string> co
 /// The comments of a data file.
 std::vector<std::string> commentsOf(std::string_view bytes);
 
-/// A text as the comment of a data file: control characters become blanks.
+/// A text as the comment of a data file: control characters become blanks, but for tabs.
 std::string plainComment(std::string_view text);
 
 } // namespace tool::writing

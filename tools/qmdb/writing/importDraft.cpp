@@ -63,6 +63,7 @@ public:
         ++draft_.rows;
         place_ = record.place;
         fields_ = record.fields;
+        decimalComma_ = record.decimalComma;
         const bool sameValue = value_ && std::equal(last_.begin(), last_.end(), fields_.begin());
         if (!sameValue) {
             value_ = nullptr;
@@ -163,6 +164,24 @@ private:
                 fmt::format("{} is {} in row {}", shown(text), shown(given.text), given.place.row));
         } else if (isText(column, longest)) {
             given = { std::string(text), place_ };
+        }
+    }
+
+    /// Comments may hold blanks at their ends, and tabs.
+    void takeComments(DraftValue& value)
+    {
+        const std::string_view text = field(Column::Comments);
+        if (text.empty() || text == value.comments.text) {
+            return;
+        }
+        const auto isLineEnd = [](char one) { return one == '\n' || one == '\r' || one == '\0'; };
+        if (value.comments.isGiven()) {
+            problem(Column::Comments,
+                fmt::format("they are {} in row {}", shown(value.comments.text), value.comments.place.row));
+        } else if (std::ranges::any_of(text, isLineEnd)) {
+            problem(Column::Comments, "they hold the end of a line; write \" | \" between lines");
+        } else {
+            value.comments = { std::string(text), place_ };
         }
     }
 
@@ -300,7 +319,7 @@ private:
             }
         }
         DraftValue& value = owner.values[known->second];
-        take(value.comments, Column::Comments, std::numeric_limits<std::size_t>::max());
+        takeComments(value);
         take(value.source, Column::Source);
         take(value.accuracy, Column::Accuracy);
         return &value;
@@ -376,7 +395,11 @@ private:
 
     std::optional<double> number(Column column)
     {
-        const auto value = numberOf(field(column));
+        std::string text(field(column));
+        if (const std::size_t comma = text.find(','); decimalComma_ && comma != std::string::npos) {
+            text[comma] = '.';
+        }
+        const auto value = numberOf(text);
         if (!value) {
             problem(column, field(column).empty() ? "there is no number"
                                                   : fmt::format("{} is no number", shown(field(column))));
@@ -471,6 +494,7 @@ private:
     Draft draft_;
     RowPlace place_;
     std::span<const std::string_view> fields_;
+    bool decimalComma_ = false;
     std::array<std::string, sharedColumns> last_; ///< the fields of the row before
     DraftValue* value_ = nullptr; ///< that of the row before
     std::map<std::string, std::size_t> substanceOf_; ///< by number and name, as rows give them

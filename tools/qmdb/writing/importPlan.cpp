@@ -599,6 +599,9 @@ private:
                 phase ? format::phaseExtension : format::phaseChangeExtension, text);
             place.owner.state = stateOf(draft.state.text).value_or(MATTER_STATE_NOT_GIVEN);
             ++counts_.owners;
+            if (phase && !format::isState(place.owner.state)) {
+                return; // that is a fault; what may follow from it is none
+            }
         }
         planValues(draft, place);
     }

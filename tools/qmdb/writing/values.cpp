@@ -12,6 +12,7 @@
 #include "format/keys.h"
 #include "format/paths.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -87,6 +88,14 @@ std::string readData(const EditState& state, const Entity& owner, const Descript
     return { std::istreambuf_iterator<char>(input), {} };
 }
 
+std::vector<std::string> commentsBefore(
+    const EditState& state, const Entity& owner, const Descriptor& head)
+{
+    std::error_code ignored;
+    const bool exists = fs::exists(placeOf(state, check::dataFileOf(owner, head)), ignored);
+    return exists ? commentsOf(readData(state, owner, head)) : std::vector<std::string>();
+}
+
 /// The new content of a data file; none when it stays.
 std::optional<std::string> newData(
     const EditState& state, const Entity& owner, const Descriptor& head, const ValueChange& change)
@@ -98,10 +107,27 @@ std::optional<std::string> newData(
     if (change.comments) {
         return dataText(*change.table, *change.comments);
     }
-    std::error_code ignored;
-    const bool exists = fs::exists(placeOf(state, check::dataFileOf(owner, head)), ignored);
-    const auto kept = exists ? commentsOf(readData(state, owner, head)) : std::vector<std::string>();
-    return dataText(*change.table, kept);
+    return dataText(*change.table, commentsBefore(state, owner, head));
+}
+
+/// What is said about the old value and stays with the new one.
+std::vector<std::string> keptNotes(
+    const EditState& state, const Entity& owner, const Descriptor& head, const ValueChange& change)
+{
+    std::vector<std::string> kept;
+    if (!change.table) {
+        return kept;
+    }
+    if (!change.comments && !commentsBefore(state, owner, head).empty()) {
+        kept.emplace_back("comments");
+    }
+    for (const auto& [key, what] :
+        { std::pair { format::sourceKey, "source" }, std::pair { format::accuracyKey, "accuracy" } }) {
+        if (head.has(key) && std::ranges::find(change.keys, key, &KeyChange::key) == change.keys.end()) {
+            kept.emplace_back(what);
+        }
+    }
+    return kept;
 }
 
 void lockOwner(EditState& state, const std::string& directory)
@@ -174,7 +200,8 @@ void makeValue(EditState& state, const std::string& directory, const NewValue& v
     state.changes.makeFile(entryPath(directory, name), head.bytes());
 }
 
-void setValue(Edit& edit, long substance, const Owner& owner, long parameter, const ValueChange& change)
+std::vector<std::string> setValue(
+    Edit& edit, long substance, const Owner& owner, long parameter, const ValueChange& change)
 {
     EditState& state = edit.state();
     const Entity& files = ownerFiles(state, substance, owner);
@@ -188,13 +215,14 @@ void setValue(Edit& edit, long substance, const Owner& owner, long parameter, co
     }
     applyKeys(head, change.keys);
     const auto data = newData(state, files, file, change);
+    auto kept = keptNotes(state, files, file, change);
     const std::string oldData = check::dataFileOf(files, file);
     const bool own = hasOwnData(state, files, file);
     const bool headStays = head.bytes() == headBefore;
     if (data && own && headStays) {
         requireOwnFile(state, oldData);
         state.changes.replaceFile(oldData, *data);
-        return;
+        return kept;
     }
     if (data) { // the head leads from the one value to the other in one step
         lockOwner(state, files.directory);
@@ -208,6 +236,7 @@ void setValue(Edit& edit, long substance, const Owner& owner, long parameter, co
     if (data && own) {
         state.changes.removeFile(oldData);
     }
+    return kept;
 }
 
 void removeValue(Edit& edit, long substance, const Owner& owner, long parameter)

@@ -33,8 +33,9 @@ struct ValueChange {
 };
 
 /// A reader finds the old value or the new one, never a part of either. A data file that other heads name
-/// stays as it is.
-void setValue(Edit& edit, long substance, const Owner& owner, long parameter, const ValueChange& change);
+/// stays as it is. Returns what is said about a new value and was said about the one before: "comments" and the
+/// like.
+std::vector<std::string> setValue(Edit& edit, long substance, const Owner& owner, long parameter, const ValueChange& change);
 
 void removeValue(Edit& edit, long substance, const Owner& owner, long parameter);
 
