@@ -176,6 +176,8 @@ class Importing(CommandTest):
             (line + "Tin,S,solid,Conductivity,W/(m K),,,x,1\nTin,S,solid,Conductivity,W/(m K),,,z,1\n",
              place.format(2, 3, "component") + '"z" stands where "y" should\nstandard input: row 1 (line 2), column '
              "component: the last vector of this value has not all of x, y and z"),
+            ("substance,parameter,value\nWater,Densty,1\n", place.format(1, 2, "units") + '"Densty" is a new parameter, and '
+             "needs units, 1 for a plain number; near matches in the database: Density"),
             ("substance,note\nTin,x\n", 'standard input: there is no column "note"; there are: substance_id, substance, '),
             ("substance,value\n\"Tin,1\n", "standard input: line 2: a quote is not closed"),
             ("substance,value\nTin\n", "standard input: row 1 (line 2): the number of columns is 1, in the head it is 2"),

@@ -35,7 +35,8 @@ std::string argumentText(const char* argument)
 
 void addAddCommand(CLI::App& app, tool::Action& action)
 {
-    CLI::App* add = app.add_subcommand("add", "Add substances, phases, phase changes, parameters and descriptions");
+    CLI::App* add
+        = app.add_subcommand("add", "Add substances, phases, phase changes, parameters and descriptions");
     add->require_subcommand(1);
     for (const auto addTo : { tool::addSubstanceCommand, tool::addPhaseCommand, tool::addChangeCommand,
              tool::addParameterCommand, tool::addDescriptionCommand }) {
@@ -84,9 +85,8 @@ int run(const std::vector<std::string>& words)
     app.require_subcommand(1);
     tool::Action action;
     for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addPlotCommand,
-             tool::addCheckCommand, tool::addExportCommand, tool::addImportCommand,
-             tool::addDiffCommand, addAddCommand, tool::addSetCommand,
-             tool::addRemoveCommand, tool::addNewCommand }) {
+             tool::addCheckCommand, tool::addExportCommand, tool::addImportCommand, tool::addDiffCommand,
+             addAddCommand, tool::addSetCommand, tool::addRemoveCommand, tool::addNewCommand }) {
         add(app, action);
     }
     requireCommands(app, words);

@@ -72,7 +72,8 @@ void addDescriptionCommand(CLI::App& add, Action& action)
         ->type_name("LETTERS");
     command
         ->add_option("--states", description.states,
-            "Phases that may have it, letters of: S solid, L liquid, V gas; none for what substances and phase "
+            "Phases that may have it, letters of: S solid, L liquid, V gas; none for what substances and "
+            "phase "
             "changes have")
         ->type_name("LETTERS");
     command->add_flag("--vector", description.vector, "Values may be vectors, beside scalars");
@@ -81,8 +82,9 @@ void addDescriptionCommand(CLI::App& add, Action& action)
         ->check(CLI::Range(0L, 2147483646L));
     options->keys.addTo(*command);
     addDryRun(*command, options->edit);
-    command->footer("Example: qmdb add description materials \"Hardness\" --units 1 --types Ct --states S --symbol "
-                    "HV \\\n             --argument-units K --name-ru \"Твёрдость\"");
+    command->footer(
+        "Example: qmdb add description materials \"Hardness\" --units 1 --types Ct --states S --symbol "
+        "HV \\\n             --argument-units K --name-ru \"Твёрдость\"");
 }
 
 } // namespace tool

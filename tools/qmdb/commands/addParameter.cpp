@@ -72,15 +72,18 @@ void addParameterCommand(CLI::App& add, Action& action)
         ->check(notEmpty());
     addOwnerOptions(*command, options->phase, options->change);
     addValueInput(*command, options->value)->require_option(1);
-    options->keys.add(*command, "--source", "Source", "Who measured or computed the value, when, for which range");
-    options->keys.add(*command, "--accuracy", "Accuracy", "Accuracy of the value: a text, or a number with %");
+    options->keys.add(
+        *command, "--source", "Source", "Who measured or computed the value, when, for which range");
+    options->keys.add(
+        *command, "--accuracy", "Accuracy", "Accuracy of the value: a text, or a number with %");
     command
         ->add_option("--argument-units", options->argumentUnits,
             "Units of the arguments, for the description: \"K\", or \"Pa;K\" for pressure and temperature")
         ->type_name("UNITS");
     addDryRun(*command, options->edit);
-    command->footer("Example: qmdb add parameter materials Water Density --phase Liquid --file density.csv \\\n"
-                    "             --source \"measured 2024\" --comment \"at 0.1 MPa\"");
+    command->footer(
+        "Example: qmdb add parameter materials Water Density --phase Liquid --file density.csv \\\n"
+        "             --source \"measured 2024\" --comment \"at 0.1 MPa\"");
 }
 
 } // namespace tool

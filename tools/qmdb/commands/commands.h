@@ -2,7 +2,8 @@
 
 #include "commands/subcommand.h"
 
-/// Each adds one command, with those below it, or one of "add", to its parent; `action` is set when the command is asked for.
+/// Each adds one command, with those below it, or one of "add", to its parent; `action` is set when the
+/// command is asked for.
 namespace tool {
 
 void addListCommand(CLI::App& app, Action& action);

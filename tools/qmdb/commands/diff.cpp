@@ -80,7 +80,9 @@ void addDiffCommand(CLI::App& app, Action& action)
     command->add_option("DIR", options->one.directory, "Directory of the first database")
         ->required()
         ->check(notEmpty());
-    command->add_option("OTHER", options->other, "Directory of the second one")->required()->check(notEmpty());
+    command->add_option("OTHER", options->other, "Directory of the second one")
+        ->required()
+        ->check(notEmpty());
     command->add_option("--lang", options->one.language,
         "Language of the names: \"ru\" takes strings.lst, any other default.lst");
     command

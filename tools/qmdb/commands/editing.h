@@ -32,7 +32,8 @@ public:
     /// Adds "--name TEXT" and "--name-ru TEXT" or the like.
     void add(CLI::App& command, writing::TextKey key, const std::string& option, const std::string& what);
     /// Adds "--name-ru TEXT" or the like.
-    void addRussian(CLI::App& command, writing::TextKey key, const std::string& option, const std::string& what);
+    void addRussian(
+        CLI::App& command, writing::TextKey key, const std::string& option, const std::string& what);
 
     /// Throws Failure for a text that cannot be one.
     std::vector<writing::TextChange> changes(std::string_view language) const;
@@ -76,8 +77,8 @@ private:
 };
 
 /// A phase or a phase change of a substance, or the substance itself, as a user names it.
-Owner chooseOwner(
-    const Database& database, const Substance& substance, const std::string& phase, const std::string& change);
+Owner chooseOwner(const Database& database, const Substance& substance, const std::string& phase,
+    const std::string& change);
 
 /// A parameter that the database describes, by name or number.
 Description chooseDescription(const writing::Edit& edit, const std::string& wanted);

@@ -50,7 +50,8 @@ public:
     MoreTexts texts(const Substance* substance, const Owner* owner, std::optional<long> parameter) const
     {
         MoreTexts texts;
-        for (const std::string_view column : options_.all ? std::span(moreColumns) : std::span<const std::string_view>()) {
+        for (const std::string_view column :
+            options_.all ? std::span(moreColumns) : std::span<const std::string_view>()) {
             texts.emplace_back(column, "");
         }
         if (edit_ && substance) {
@@ -97,7 +98,8 @@ std::unique_ptr<Exporter> makeExporter(const ExportOptions& options, const More&
         return exportSqlite(options.sqlite);
     }
     const bool asJson = options.json || options.jsonLines;
-    return asJson ? exportJson(options.file, options.json) : exportCsv(options.file, more.texts(nullptr, nullptr, {}));
+    return asJson ? exportJson(options.file, options.json)
+                  : exportCsv(options.file, more.texts(nullptr, nullptr, {}));
 }
 
 /// Exports a database, substance by substance.
@@ -152,8 +154,8 @@ private:
     {
         const SubstanceNotes notes = annotations_.substance(substance.id);
         const MoreTexts more = more_.texts(&substance, &owner, {});
-        exporter_->addBare({ &substance, compositionText(substance, substances_), &notes, &owner, nullptr,
-            nullptr, more });
+        exporter_->addBare(
+            { &substance, compositionText(substance, substances_), &notes, &owner, nullptr, nullptr, more });
     }
 
     void addBareDescription(const writing::NewDescription& description)

@@ -97,8 +97,9 @@ void noteWhereWeAre(const std::filesystem::path& before)
     std::error_code failure;
     const auto inside = std::filesystem::current_path(failure);
     if (failure || !std::filesystem::exists(before) || inside.empty()) {
-        fmt::print(stderr, "qmdb: note: the database's directory is a new one: \"cd .\" takes a shell that "
-                           "stands in it there\n");
+        fmt::print(stderr,
+            "qmdb: note: the database's directory is a new one: \"cd .\" takes a shell that "
+            "stands in it there\n");
     }
 }
 
@@ -163,21 +164,24 @@ int runImport(const ImportOptions& options)
 void addImportCommand(CLI::App& app, Action& action)
 {
     const auto options = std::make_shared<ImportOptions>();
-    CLI::App* command
-        = app.add_subcommand("import", "Make or extend a database from CSV or JSON Lines, as export writes them");
+    CLI::App* command = app.add_subcommand(
+        "import", "Make or extend a database from CSV or JSON Lines, as export writes them");
     command->add_option("FILE", options->file, "CSV, JSON Lines or a JSON array; - is standard input")
         ->required()
         ->check(notEmpty());
-    command->add_option("DIR", options->location.directory, "Directory of the database; it is made when missing")
+    command
+        ->add_option("DIR", options->location.directory, "Directory of the database; it is made when missing")
         ->required()
         ->check(notEmpty());
     command->add_option("--lang", options->location.language,
         "Language of the names in the database: \"ru\" takes strings.lst, any other default.lst");
-    command->add_flag("--replace", options->replace, "Take the rows' values and texts where the database has others");
+    command->add_flag(
+        "--replace", options->replace, "Take the rows' values and texts where the database has others");
     addDryRun(*command, options->edit);
-    command->footer("Example: qmdb export materials | qmdb import - copy\n"
-                    "A row needs the columns substance, parameter and value, a new phase also phase and state; "
-                    "docs/qmdb.md lists all");
+    command->footer(
+        "Example: qmdb export materials | qmdb import - copy\n"
+        "A row needs the columns substance, parameter and value, a new phase also phase and state; "
+        "docs/qmdb.md lists all");
     command->callback([&action, options] { action = [options] { return runImport(*options); }; });
 }
 

@@ -20,7 +20,8 @@ struct RemoveOptions {
     std::string parameter;
 };
 
-std::size_t countValues(const Database& database, const Substance& substance, const std::vector<Owner>& owners)
+std::size_t countValues(
+    const Database& database, const Substance& substance, const std::vector<Owner>& owners)
 {
     std::size_t values = 0;
     for (const Owner& owner : owners) {
@@ -126,8 +127,11 @@ void addRemoveCommand(CLI::App& app, Action& action)
     };
     add("substance", "Remove a substance with all that belongs to it", runRemoveSubstance);
     const auto [phase, phaseOptions] = add("phase", "Remove a phase with its values", runRemoveOwner);
-    phase->add_option("PHASE", phaseOptions->phase, "Phase, by name or number")->required()->check(notEmpty());
-    const auto [change, changeOptions] = add("change", "Remove a phase change with its values", runRemoveOwner);
+    phase->add_option("PHASE", phaseOptions->phase, "Phase, by name or number")
+        ->required()
+        ->check(notEmpty());
+    const auto [change, changeOptions]
+        = add("change", "Remove a phase change with its values", runRemoveOwner);
     change->add_option("CHANGE", changeOptions->change, "Phase change, by name or number")
         ->required()
         ->check(notEmpty());
@@ -136,8 +140,8 @@ void addRemoveCommand(CLI::App& app, Action& action)
         ->required()
         ->check(notEmpty());
     addOwnerOptions(*value, valueOptions->phase, valueOptions->change);
-    const auto [description, descriptionOptions]
-        = add("description", "Remove the description of a parameter that has no values", runRemoveDescription);
+    const auto [description, descriptionOptions] = add(
+        "description", "Remove the description of a parameter that has no values", runRemoveDescription);
     description->add_option("PARAMETER", descriptionOptions->parameter, "Parameter, by name or number")
         ->required()
         ->check(notEmpty());

@@ -56,8 +56,8 @@ std::string stateNumber(const std::string& state)
     throw Failure("a state is solid, liquid or gas, and \"{}\" is none", state);
 }
 
-writing::KeyChange endOfChange(const Database& database, const Substance& substance, const std::string& key,
-    const std::string& wanted)
+writing::KeyChange endOfChange(
+    const Database& database, const Substance& substance, const std::string& key, const std::string& wanted)
 {
     const std::string kind = fmt::format("phase of {}", substance.name);
     return { key, std::to_string(choose(database.phases(substance.id), wanted, kind).id) };
@@ -218,7 +218,9 @@ void addSetChange(CLI::App& set, Action& action)
         ->required()
         ->check(notEmpty());
     options->texts.add(*command, writing::TextKey::Name, "--name", "Name");
-    command->add_option("--from", options->from, "Phase before the change")->type_name("PHASE")->check(notEmpty());
+    command->add_option("--from", options->from, "Phase before the change")
+        ->type_name("PHASE")
+        ->check(notEmpty());
     command->add_option("--to", options->to, "Phase after the change")->type_name("PHASE")->check(notEmpty());
     addDryRun(*command, options->edit);
     command->footer("Example: qmdb set change materials Water Boiling --name Evaporation");
@@ -227,16 +229,18 @@ void addSetChange(CLI::App& set, Action& action)
 void addSetParameter(CLI::App& set, Action& action)
 {
     const auto options = std::make_shared<SetValueOptions>();
-    CLI::App* command
-        = addCommand(set, action, "parameter", "Replace a value, or what is said about it", options, runSetValue);
+    CLI::App* command = addCommand(
+        set, action, "parameter", "Replace a value, or what is said about it", options, runSetValue);
     addSubstanceArgument(*command, options->substance);
     command->add_option("PARAMETER", options->parameter, "Parameter, by name or number")
         ->required()
         ->check(notEmpty());
     addOwnerOptions(*command, options->phase, options->change);
     addValueInput(*command, options->value)->require_option(0, 1);
-    options->keys.add(*command, "--source", "Source", "Who measured or computed the value, when, for which range");
-    options->keys.add(*command, "--accuracy", "Accuracy", "Accuracy of the value: a text, or a number with %");
+    options->keys.add(
+        *command, "--source", "Source", "Who measured or computed the value, when, for which range");
+    options->keys.add(
+        *command, "--accuracy", "Accuracy", "Accuracy of the value: a text, or a number with %");
     addDryRun(*command, options->edit);
     command->footer("Example: qmdb set parameter materials Water \"Molar mass\" --source \"IAPWS, 2018\" "
                     "--value 0.018015268");

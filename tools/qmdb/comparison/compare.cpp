@@ -92,7 +92,8 @@ std::string pointText(const Parameter& parameter, const Table& table, const Poin
     const auto names = argumentNames(parameter.type);
     std::vector<std::string> parts;
     for (std::size_t i = 0; i < table.arguments; ++i) {
-        parts.push_back(fmt::format("{}={}", i < names.size() ? names[i] : "?", numberText(point.arguments[i])));
+        parts.push_back(
+            fmt::format("{}={}", i < names.size() ? names[i] : "?", numberText(point.arguments[i])));
     }
     return fmt::format("{}", fmt::join(parts, ", "));
 }
@@ -138,7 +139,8 @@ private:
             return true;
         }
         const Named& had = one ? *one : *other;
-        const std::string text = fmt::format("{}{}{}", label(had.name, idOf(had)), where.empty() ? "" : " of ", where);
+        const std::string text
+            = fmt::format("{}{}{}", label(had.name, idOf(had)), where.empty() ? "" : " of ", where);
         add(kind, text, "", one ? std::optional(label(had.name, idOf(had))) : std::nullopt,
             other ? std::optional(label(had.name, idOf(had))) : std::nullopt);
         return false;
@@ -186,14 +188,13 @@ private:
     {
         std::vector<std::string> parts;
         for (const COMPONENT& component : substance.composition) {
-            parts.push_back(fmt::format(
-                "{} {}", component.molarFraction, nameIn(side.substances, component.matterId)));
+            parts.push_back(
+                fmt::format("{} {}", component.molarFraction, nameIn(side.substances, component.matterId)));
         }
         const SubstanceNotes notes = side.annotations.substance(substance.id);
         return { { "number", std::to_string(substance.id) }, { "name", substance.name },
-            { "comment", substance.comment }, { "formula", notes.formula },
-            { "aliases", aliasesText(notes) }, { "CAS number", notes.cas },
-            { "mixture", substance.mixture > 0 ? "1" : "0" },
+            { "comment", substance.comment }, { "formula", notes.formula }, { "aliases", aliasesText(notes) },
+            { "CAS number", notes.cas }, { "mixture", substance.mixture > 0 ? "1" : "0" },
             { "composition", fmt::format("{}", fmt::join(parts, " + ")) } };
     }
 
@@ -204,8 +205,10 @@ private:
         }
         compareTexts("substance", label(one->name, one->id), textsOf(one_, *one), textsOf(other_, *other));
         compareValues(*one, *other, Owner(), Owner(), one->name);
-        compareOwners("phase", *one, *other, one_.database.phases(one->id), other_.database.phases(other->id));
-        compareOwners("change", *one, *other, one_.database.changes(one->id), other_.database.changes(other->id));
+        compareOwners(
+            "phase", *one, *other, one_.database.phases(one->id), other_.database.phases(other->id));
+        compareOwners(
+            "change", *one, *other, one_.database.changes(one->id), other_.database.changes(other->id));
     }
 
     static Texts textsOf(const Compared& side, const Substance& substance, const Owner& owner)
@@ -249,10 +252,9 @@ private:
             if (!areBoth("value", parameter, same, where)) {
                 continue;
             }
-            const std::string place
-                = fmt::format("{} of {}", label(parameter->name, parameter->id), where);
-            compareTexts("value", place, notesOf(one_, one, owner, *parameter),
-                notesOf(other_, other, match, *same));
+            const std::string place = fmt::format("{} of {}", label(parameter->name, parameter->id), where);
+            compareTexts(
+                "value", place, notesOf(one_, one, owner, *parameter), notesOf(other_, other, match, *same));
             compareNumbers(place, *parameter, tableOf(one_, one, owner, *parameter, place),
                 tableOf(other_, other, match, *same, place));
         }
@@ -298,18 +300,21 @@ private:
         return std::span(point.components).first(table.components);
     }
 
-    void compareNumbers(const std::string& place, const Parameter& parameter, const Table& one, const Table& other)
+    void compareNumbers(
+        const std::string& place, const Parameter& parameter, const Table& one, const Table& other)
     {
         if (one.arguments != other.arguments || one.components != other.components) {
             const auto form = [](const Table& table) {
-                return fmt::format("{} arguments, {}", table.arguments, table.components > 1 ? "vector" : "scalar");
+                return fmt::format(
+                    "{} arguments, {}", table.arguments, table.components > 1 ? "vector" : "scalar");
             };
             add("value", place, "form", form(one), form(other));
             return;
         }
-        const bool sameArguments = std::ranges::equal(one.points, other.points, [&](const Point& a, const Point& b) {
-            return isSame(argumentsOf(one, a), argumentsOf(other, b));
-        });
+        const bool sameArguments
+            = std::ranges::equal(one.points, other.points, [&](const Point& a, const Point& b) {
+                  return isSame(argumentsOf(one, a), argumentsOf(other, b));
+              });
         if (sameArguments) {
             for (std::size_t i = 0; i < one.points.size(); ++i) {
                 comparePoint(place, parameter, one, &one.points[i], &other.points[i]);
@@ -339,8 +344,8 @@ private:
         }
     }
 
-    void comparePoint(const std::string& place, const Parameter& parameter, const Table& table, const Point* one,
-        const Point* other)
+    void comparePoint(const std::string& place, const Parameter& parameter, const Table& table,
+        const Point* one, const Point* other)
     {
         if (one && other && isSame(componentsOf(table, *one), componentsOf(table, *other))) {
             return;

@@ -25,7 +25,8 @@ std::size_t columnIndex(Columns columns, std::string_view column, const std::str
         const auto near = nearMatches({ columns.begin(), columns.end() }, column);
         throw Failure("{}: there is no column {}; {}: {}", name, shown(column),
             near.empty() ? "there are" : "near matches",
-            near.empty() ? fmt::format("{}", fmt::join(columns, ", ")) : fmt::format("{}", fmt::join(near, ", ")));
+            near.empty() ? fmt::format("{}", fmt::join(columns, ", "))
+                         : fmt::format("{}", fmt::join(near, ", ")));
     }
     return static_cast<std::size_t>(found - columns.begin());
 }
@@ -163,8 +164,8 @@ void readCsv(std::string_view bytes, const std::string& name, Columns columns,
     std::vector<std::string_view> fields(columns.size());
     for (std::size_t row = 1; reader.next(cells); ++row) {
         if (cells.size() != places.size()) {
-            throw Failure("{}: row {} (line {}): the number of columns is {}, in the head it is {}", name, row,
-                reader.line(), cells.size(), places.size());
+            throw Failure("{}: row {} (line {}): the number of columns is {}, in the head it is {}", name,
+                row, reader.line(), cells.size(), places.size());
         }
         for (std::size_t i = 0; i < cells.size(); ++i) {
             fields[places[i]] = cells[i];
@@ -233,7 +234,8 @@ public:
 private:
     [[noreturn]] void refuse(std::string_view what) const
     {
-        throw Failure("{}: row {}{}: {}", name_, row_, line == 0 ? "" : fmt::format(" (line {})", line), what);
+        throw Failure(
+            "{}: row {}{}: {}", name_, row_, line == 0 ? "" : fmt::format(" (line {})", line), what);
     }
 
     bool set(std::string text)

@@ -65,7 +65,8 @@ void fillRow(InputRow& row, const std::vector<std::string>& fields, Problems& pr
     for (const std::string& field : fields) {
         const auto number = asFiniteNumber(field);
         if (!number) {
-            problems.add(row, std::to_string(row.numbers.size() + 1), fmt::format("{} is not a number", shown(field)));
+            problems.add(
+                row, std::to_string(row.numbers.size() + 1), fmt::format("{} is not a number", shown(field)));
         }
         row.numbers.push_back(number.value_or(0));
     }

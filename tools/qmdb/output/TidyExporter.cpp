@@ -38,8 +38,7 @@ void addOwnerColumns(Json& columns, const Substance* substance, const std::strin
         { "composition_ids", substance ? given(compositionIds(*substance)) : Json() },
         { "phase_id", phase ? Json(owner->id) : Json() }, { "phase", phase ? Json(owner->name) : Json() },
         { "state", phase ? Json(stateText(owner->state)) : Json() },
-        { "change_id", change ? Json(owner->id) : Json() },
-        { "change", change ? Json(owner->name) : Json() },
+        { "change_id", change ? Json(owner->id) : Json() }, { "change", change ? Json(owner->name) : Json() },
         { "change_from", change ? Json(owner->phase1) : Json() },
         { "change_to", change ? Json(owner->phase2) : Json() } });
 }

@@ -52,8 +52,8 @@ DescriptorText DescriptorText::read(const std::string& root, const std::string& 
 
 std::optional<std::string> DescriptorText::text(std::string_view key) const
 {
-    const auto found = std::find_if(lines_.rbegin(), lines_.rend(),
-        [&](const Line& line) { return line.hasKey && line.key == key; });
+    const auto found = std::find_if(
+        lines_.rbegin(), lines_.rend(), [&](const Line& line) { return line.hasKey && line.key == key; });
     return found == lines_.rend() ? std::nullopt : std::optional(found->value);
 }
 

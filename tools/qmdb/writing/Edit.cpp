@@ -39,8 +39,9 @@ auto* findOne(const All& all, long id, std::string_view kind, DescriptorOf descr
         }
     }
     if (files.size() > 1) {
-        throw Failure("several {} have the number {}: {}; give each a number of its own, or remove all but one",
-            kind, id, fmt::join(files, ", "));
+        throw Failure(
+            "several {} have the number {}: {}; give each a number of its own, or remove all but one", kind,
+            id, fmt::join(files, ", "));
     }
     return found;
 }
@@ -75,8 +76,8 @@ Edit::Edit(const std::string& directory, std::string_view language, std::optiona
 {
     check::Tree tree = readFiles(directory, substance);
     StringTables tables(directory, tree);
-    state_ = std::make_unique<EditState>(
-        EditState { directory, languageOf(language), std::move(tree), std::move(tables), {}, FreeNames(directory), {} });
+    state_ = std::make_unique<EditState>(EditState {
+        directory, languageOf(language), std::move(tree), std::move(tables), {}, FreeNames(directory), {} });
 }
 
 Edit::~Edit() = default;
@@ -144,8 +145,9 @@ void requireOwnFile(const EditState& state, const std::string& file)
     for (const fs::path& part : fs::path(toLocale(file))) {
         path /= part;
         if (fs::is_symlink(path)) {
-            throw Failure("\"{}\" is a link, and what it leads to may belong to others too: replace it by what it "
-                          "leads to, or change that",
+            throw Failure(
+                "\"{}\" is a link, and what it leads to may belong to others too: replace it by what it "
+                "leads to, or change that",
                 fromLocale(path.c_str()));
         }
     }

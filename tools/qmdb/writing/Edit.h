@@ -15,7 +15,8 @@ struct EditState;
 /// The database's lock is held meanwhile.
 class Edit {
 public:
-    /// Reads the descriptors; those of one substance, the descriptions and the tables are enough to add to it.
+    /// Reads the descriptors; those of one substance, the descriptions and the tables are enough to add to
+    /// it.
     Edit(const std::string& directory, std::string_view language,
         std::optional<long> substance = std::nullopt);
     Edit(const Edit&) = delete;

@@ -45,8 +45,7 @@ std::string FreeNames::nextFile(const std::string& stem, std::string_view extens
 {
     Place& place = placeOf("");
     for (int number = 1;; ++number) {
-        std::string name
-            = fmt::format("{}{}.{}", stem, number == 1 ? "" : std::to_string(number), extension);
+        std::string name = fmt::format("{}{}.{}", stem, number == 1 ? "" : std::to_string(number), extension);
         if (place.taken.insert(name).second) {
             return name;
         }

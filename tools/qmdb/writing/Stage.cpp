@@ -156,8 +156,9 @@ void Stage::moveIntoPlace()
     const unsigned flags = exists_ ? RENAME_EXCHANGE : RENAME_NOREPLACE;
     if (::renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), flags) != 0) {
         const int error = errno;
-        throw Failure("cannot put the import in the place of \"{}\" in one step: {}\nimport into a new directory, "
-                      "and move it where it should be",
+        throw Failure(
+            "cannot put the import in the place of \"{}\" in one step: {}\nimport into a new directory, "
+            "and move it where it should be",
             fromLocale(target.c_str()), std::strerror(error));
     }
     flushDirectory(target.parent_path());

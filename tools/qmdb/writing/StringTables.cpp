@@ -200,8 +200,8 @@ std::string displayText(
     return shownText(tables, descriptor.text(textKey), descriptor.text(idKey), language);
 }
 
-void setDisplayText(StringTables& tables, DescriptorText& descriptor, TextKey key, Language language,
-    std::string_view text)
+void setDisplayText(
+    StringTables& tables, DescriptorText& descriptor, TextKey key, Language language, std::string_view text)
 {
     const auto [textKey, idKey] = keysOf(key);
     const std::string own = descriptor.text(textOf(textKey)).value_or("");

@@ -69,8 +69,8 @@ std::string displayText(
 
 /// Lets a descriptor show another text in one language; in the other language it keeps its own. A text that
 /// others share stays theirs.
-void setDisplayText(StringTables& tables, DescriptorText& descriptor, TextKey key, Language language,
-    std::string_view text);
+void setDisplayText(
+    StringTables& tables, DescriptorText& descriptor, TextKey key, Language language, std::string_view text);
 
 /// The texts of a new descriptor: the Russian one may be missing.
 void setNewTexts(StringTables& tables, DescriptorText& descriptor, TextKey key, std::string_view text,

@@ -18,8 +18,8 @@ std::string commentLines(std::span<const std::string> comments)
 {
     std::string bytes;
     for (const std::string& comment : comments) {
-        std::string line = toLocale(fmt::format(
-            "{}{}{}", format::commentSign, comment.empty() ? "" : " ", plainComment(comment)));
+        std::string line = toLocale(
+            fmt::format("{}{}{}", format::commentSign, comment.empty() ? "" : " ", plainComment(comment)));
         if (line.size() > format::maxLineLength) {
             throw Failure("the comment {} is too long: a line of a file holds {} bytes", shown(comment),
                 format::maxLineLength);

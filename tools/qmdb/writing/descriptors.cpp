@@ -159,8 +159,8 @@ void requireValuesFit(const EditState& state, const Descriptor& before, const De
     forEachHead(state.tree, [&](const Descriptor& head) {
         const Key form = head.flag(Key::Vector) ? Key::Vector : Key::Scalar;
         const auto type = static_cast<PARAM_TYPE>(head.number(Key::Type));
-        const bool fits = format::isAmong(format::letterOf(type), types)
-            && after.text(textOf(form)) == format::trueFlag;
+        const bool fits
+            = format::isAmong(format::letterOf(type), types) && after.text(textOf(form)) == format::trueFlag;
         if (head.number(Key::ID) == before.number(Key::ID) && !fits) {
             throw Failure("{} has a value of a type or form that the description would not allow any more; "
                           "remove it or allow it",
@@ -301,10 +301,10 @@ std::vector<Description> descriptionsOf(const Edit& edit)
     const EditState& state = edit.state();
     std::vector<Description> descriptions;
     for (const Descriptor& file : state.tree.descriptions) {
-        descriptions.push_back({ file.number(Key::ID),
-            displayText(state.tables, file, TextKey::Name, state.language),
-            displayText(state.tables, file, TextKey::Units, state.language), file.flag(Key::Scalar),
-            file.flag(Key::Vector), file.text(Key::DataTypes) });
+        descriptions.push_back(
+            { file.number(Key::ID), displayText(state.tables, file, TextKey::Name, state.language),
+                displayText(state.tables, file, TextKey::Units, state.language), file.flag(Key::Scalar),
+                file.flag(Key::Vector), file.text(Key::DataTypes) });
     }
     std::ranges::stable_sort(descriptions, {}, &Description::id);
     return descriptions;
@@ -333,7 +333,8 @@ std::vector<NewDescription> describedParameters(const Edit& edit)
             }
         }
         all.push_back({ file.number(Key::ID), displayText(state.tables, file, TextKey::Name, state.language),
-            russianText(state, file, TextKey::Name), displayText(state.tables, file, TextKey::Units, state.language),
+            russianText(state, file, TextKey::Name),
+            displayText(state.tables, file, TextKey::Units, state.language),
             russianText(state, file, TextKey::Units), file.text(Key::DataTypes), file.text(Key::AvForPhases),
             file.flag(Key::Scalar), file.flag(Key::Vector), std::move(keys) });
     }

@@ -157,7 +157,8 @@ void flushDirectory(const fs::path& path)
 {
     const Descriptor directory(path, O_RDONLY | O_DIRECTORY);
     const bool flushed = directory.isOpen() && ::fsync(directory.number()) == 0;
-    if (!flushed && errno != EINVAL && errno != EACCES) { // no such operation, or a directory only to write to
+    if (!flushed && errno != EINVAL
+        && errno != EACCES) { // no such operation, or a directory only to write to
         throwSystemFailure("flush", path);
     }
 }

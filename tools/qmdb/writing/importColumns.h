@@ -51,8 +51,8 @@ enum class Column : std::size_t {
     Value,
 };
 
-inline constexpr std::array<std::string_view, 42> columnNames = { "substance_id", "substance",
-    "substance_ru", "substance_comment", "substance_comment_ru", "formula", "cas", "aliases", "composition",
+inline constexpr std::array<std::string_view, 42> columnNames = { "substance_id", "substance", "substance_ru",
+    "substance_comment", "substance_comment_ru", "formula", "cas", "aliases", "composition",
     "composition_ids", "phase_id", "phase", "phase_ru", "state", "change_id", "change", "change_ru",
     "change_from", "change_to", "parameter_id", "parameter", "parameter_ru", "symbol", "units", "units_ru",
     "parameter_types", "parameter_forms", "parameter_states", "argument_units", "argument_names", "type",

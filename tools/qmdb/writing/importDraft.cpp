@@ -30,7 +30,9 @@ std::optional<double> numberOf(std::string_view text)
 {
     constexpr double infinite = std::numeric_limits<double>::infinity();
     if (text == "nan" || text == "inf" || text == "-inf") {
-        return text == "nan" ? std::numeric_limits<double>::quiet_NaN() : text == "inf" ? infinite : -infinite;
+        return text == "nan" ? std::numeric_limits<double>::quiet_NaN()
+            : text == "inf"  ? infinite
+                             : -infinite;
     }
     return asFiniteNumber(text);
 }
@@ -120,7 +122,8 @@ private:
         } else if (hasValue) {
             problem(Column::Substance, "the value belongs to no substance; give its name or number");
         } else if (!field(Column::FirstArgument).empty()) {
-            problem(Column::Value, "there is no number; JSON has none for nan and inf: take CSV for such values");
+            problem(
+                Column::Value, "there is no number; JSON has none for nan and inf: take CSV for such values");
         }
     }
 
@@ -160,8 +163,8 @@ private:
             return;
         }
         if (given.isGiven()) {
-            problem(column,
-                fmt::format("{} is {} in row {}", shown(text), shown(given.text), given.place.row));
+            problem(
+                column, fmt::format("{} is {} in row {}", shown(text), shown(given.text), given.place.row));
         } else if (isText(column, longest)) {
             given = { std::string(text), place_ };
         }
@@ -329,7 +332,9 @@ private:
     bool openValue(const DraftOwner& owner, DraftValue& value)
     {
         Table& table = value.table;
-        table.arguments = !field(Column::SecondArgument).empty() ? 2 : !field(Column::FirstArgument).empty() ? 1 : 0;
+        table.arguments = !field(Column::SecondArgument).empty() ? 2
+            : !field(Column::FirstArgument).empty()              ? 1
+                                                                 : 0;
         table.components = field(Column::Component).empty() ? 1 : vectorSize;
         const std::string_view letter = field(Column::Type);
         const std::size_t index = format::typeLetters.find(letter);
@@ -337,8 +342,8 @@ private:
             problem(Column::Type, fmt::format("{} is none of the types C, t, p, T and X", shown(letter)));
             return false;
         }
-        value.type = letter.empty() ? guessedType(table.arguments, field(Column::FirstArgumentName),
-                         field(Column::SecondArgumentName))
+        value.type = letter.empty() ? guessedType(
+                         table.arguments, field(Column::FirstArgumentName), field(Column::SecondArgumentName))
                                     : static_cast<PARAM_TYPE>(index + 1);
         if (format::argumentsOf(value.type) != table.arguments) {
             problem(Column::Type,
@@ -386,8 +391,9 @@ private:
             return;
         }
         if (item && item->isGiven()) {
-            problem(column, fmt::format("{} is {} in row {}, and all values of a parameter share it",
-                                shown(text), shown(item->text), item->place.row));
+            problem(column,
+                fmt::format("{} is {} in row {}, and all values of a parameter share it", shown(text),
+                    shown(item->text), item->place.row));
         } else if (isText(column, format::maxLineLength)) {
             item = Given { std::string(text), place_ };
         }
@@ -401,8 +407,9 @@ private:
         }
         const auto value = numberOf(text);
         if (!value) {
-            problem(column, field(column).empty() ? "there is no number"
-                                                  : fmt::format("{} is no number", shown(field(column))));
+            problem(column,
+                field(column).empty() ? "there is no number"
+                                      : fmt::format("{} is no number", shown(field(column))));
         }
         return value;
     }
@@ -457,7 +464,8 @@ private:
         const Table& table = value.table;
         if (table.arguments == 0) {
             if (!table.points.empty()) {
-                problem(Column::Value, fmt::format("the value has a number already, in row {}", value.place.row));
+                problem(
+                    Column::Value, fmt::format("the value has a number already, in row {}", value.place.row));
             }
             return table.points.empty();
         }

@@ -5,6 +5,7 @@
 #include "common/characters.h"
 #include "common/encodings.h"
 #include "common/failure.h"
+#include "common/names.h"
 #include "common/numbers.h"
 #include "writing/EditState.h"
 #include "writing/dataText.h"
@@ -18,6 +19,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fmt/ranges.h>
 #include <unordered_map>
 
 namespace tool::writing {
@@ -59,8 +61,8 @@ bool isSame(double one, double other)
 bool isSame(const Table& one, const Table& other)
 {
     const auto samePoint = [&](const Point& a, const Point& b) {
-        return std::ranges::equal(numbersOf(one, a), numbersOf(other, b),
-            [](double x, double y) { return isSame(x, y); });
+        return std::ranges::equal(
+            numbersOf(one, a), numbersOf(other, b), [](double x, double y) { return isSame(x, y); });
     };
     return one.arguments == other.arguments && one.components == other.components
         && std::ranges::equal(one.points, other.points, samePoint);
@@ -116,7 +118,8 @@ public:
     {
         substances_ = known(state_.tree.substances,
             [](const SubstanceTree& one) -> const Descriptor& { return one.self.descriptor; });
-        descriptions_ = known(state_.tree.descriptions, [](const Descriptor& one) -> const Descriptor& { return one; });
+        descriptions_
+            = known(state_.tree.descriptions, [](const Descriptor& one) -> const Descriptor& { return one; });
         for (const DraftDescription& description : draft_.descriptions) {
             noteId(descriptions_, description);
         }
@@ -128,7 +131,8 @@ public:
             noteId(substances_, substance);
         }
         for (const DraftSubstance& substance : draft_.substances) {
-            chosen_.push_back(choose(substances_, substance, "substance", Column::SubstanceId, Column::Substance));
+            chosen_.push_back(
+                choose(substances_, substance, "substance", Column::SubstanceId, Column::Substance));
         }
         for (std::size_t i = 0; i < draft_.substances.size(); ++i) {
             planSubstance(draft_.substances[i], chosen_[i]);
@@ -188,7 +192,8 @@ private:
                     fmt::format("{} is the name of several; give the number", shown(draft.name.text)));
             } else if (draft.id) {
                 problem(draft.place, idColumn,
-                    fmt::format("{} has the number {} in the database, not {}", shown(one.name), one.id, *draft.id));
+                    fmt::format(
+                        "{} has the number {} in the database, not {}", shown(one.name), one.id, *draft.id));
             }
             return one;
         }
@@ -218,8 +223,8 @@ private:
         return true;
     }
 
-    void takeKey(std::vector<KeyChange>& keys, const Descriptor* present, DescriptorOf kind, std::string_view key,
-        const Given& given, Column column)
+    void takeKey(std::vector<KeyChange>& keys, const Descriptor* present, DescriptorOf kind,
+        std::string_view key, const Given& given, Column column)
     {
         if (!mayTake(given, present ? present->text(key) : std::string(), column)) {
             return;
@@ -237,15 +242,16 @@ private:
         const Language other = language == Language::Default ? Language::Russian : Language::Default;
         const std::string shownText = displayText(state_.tables, present, key, language);
         // A text that both languages show is not this language's own.
-        const bool own = language == Language::Default
-            || shownText != displayText(state_.tables, present, key, other);
+        const bool own
+            = language == Language::Default || shownText != displayText(state_.tables, present, key, other);
         if (mayTake(given, own || given.text == shownText ? shownText : std::string(), column)) {
             texts.push_back({ key, language, given.text });
         }
     }
 
     /// Adds the change of a descriptor that is there.
-    void change(const Descriptor& present, const std::vector<TextChange>& texts, const std::vector<KeyChange>& keys)
+    void change(
+        const Descriptor& present, const std::vector<TextChange>& texts, const std::vector<KeyChange>& keys)
     {
         if (texts.empty() && keys.empty()) {
             return;
@@ -284,7 +290,8 @@ private:
         if (!both || items[0]->text == items[1]->text) {
             return items[0] ? *items[0] : *items[1];
         }
-        return { fmt::format("{}{}{}", items[0]->text, format::itemSeparator, items[1]->text), items[1]->place };
+        return { fmt::format("{}{}{}", items[0]->text, format::itemSeparator, items[1]->text),
+            items[1]->place };
     }
 
     std::vector<KeyChange> descriptionKeys(const DraftDescription& draft, const Descriptor* present)
@@ -292,10 +299,10 @@ private:
         std::vector<KeyChange> keys;
         takeKey(keys, present, DescriptorOf::Description, format::symbolKey, draft.symbol, Column::Symbol);
         if (present) { // one item of the database may stand for both: each is compared by itself
-            takeArguments(keys, *present, format::argumentUnitsKey, draft.argumentUnits, draft.unitsOfArguments,
-                Column::ArgumentUnits, Column::FirstArgumentUnits);
-            takeArguments(keys, *present, format::argumentNameKey, draft.argumentNames, draft.namesOfArguments,
-                Column::ArgumentNames, Column::FirstArgumentName);
+            takeArguments(keys, *present, format::argumentUnitsKey, draft.argumentUnits,
+                draft.unitsOfArguments, Column::ArgumentUnits, Column::FirstArgumentUnits);
+            takeArguments(keys, *present, format::argumentNameKey, draft.argumentNames,
+                draft.namesOfArguments, Column::ArgumentNames, Column::FirstArgumentName);
         } else {
             takeKey(keys, nullptr, DescriptorOf::Description, format::argumentUnitsKey,
                 itemsOf(draft.argumentUnits, draft.unitsOfArguments), Column::FirstArgumentUnits);
@@ -311,8 +318,9 @@ private:
         const std::string text = present.text(key);
         const auto parts = format::splitItems(text);
         const auto agrees = [&](std::size_t index) {
-            const std::string_view part
-                = parts.size() == 1 ? parts[0] : index < parts.size() ? parts[index] : std::string_view();
+            const std::string_view part = parts.size() == 1 ? parts[0]
+                : index < parts.size()                      ? parts[index]
+                                                            : std::string_view();
             return !items[index] || !items[index]->isGiven() || items[index]->text == part;
         };
         if (whole.isGiven()) {
@@ -330,7 +338,8 @@ private:
         const std::string units = displayText(state_.tables, present, TextKey::Units, state_.language);
         if (draft.units.isGiven() && draft.units.text != cutUnits(units)) {
             problem(draft.units.place, Column::Units,
-                fmt::format("{} has the units {} in the database; convert the values, or give it another name",
+                fmt::format(
+                    "{} has the units {} in the database; convert the values, or give it another name",
                     shown(draft.name.text), shown(units)));
         }
         change(present, texts, descriptionKeys(draft, &present));
@@ -351,15 +360,22 @@ private:
         made.units = draft.units.text;
         made.russianUnits = draft.russianUnits.text;
         made.types = lettersOf(draft.types, draft.usedTypes, format::typeLetters, Column::ParameterTypes);
-        made.states = lettersOf(draft.states, draft.usedStates, format::stateLetters, Column::ParameterStates);
-        made.scalar = draft.forms.isGiven() ? draft.forms.text.starts_with("scalar") : draft.scalarUsed || !draft.vectorUsed;
+        made.states
+            = lettersOf(draft.states, draft.usedStates, format::stateLetters, Column::ParameterStates);
+        made.scalar = draft.forms.isGiven() ? draft.forms.text.starts_with("scalar")
+                                            : draft.scalarUsed || !draft.vectorUsed;
         made.vector = draft.forms.isGiven() ? draft.forms.text.ends_with("vector") : draft.vectorUsed;
         if (draft.forms.isGiven() && draft.forms.text != "scalar" && draft.forms.text != "vector"
             && draft.forms.text != "scalar vector") {
-            problem(draft.forms.place, Column::ParameterForms, "write \"scalar\", \"vector\" or \"scalar vector\"");
+            problem(draft.forms.place, Column::ParameterForms,
+                "write \"scalar\", \"vector\" or \"scalar vector\"");
         }
         if (!draft.name.isGiven()) {
             problem(draft.place, Column::Parameter, "the new parameter has no name");
+        }
+        // A slip of the pen in the name of another would make it: exports give numbers, people give units.
+        if (!draft.units.isGiven() && !draft.id) {
+            problem(draft.place, Column::Units, missingUnits(draft.name.text));
         }
         made.keys = descriptionKeys(draft, nullptr);
         if (draft.types.isGiven() || draft.forms.isGiven()) {
@@ -367,6 +383,17 @@ private:
         }
         writing::makeDescription(state_, id, made);
         ++counts_.descriptions;
+    }
+
+    std::string missingUnits(const std::string& name) const
+    {
+        std::vector<std::string> names;
+        for (const Descriptor& one : state_.tree.descriptions) {
+            names.push_back(displayText(state_.tables, one, TextKey::Name, state_.language));
+        }
+        const auto near = nearMatches(names, name);
+        return fmt::format("{} is a new parameter, and needs units, 1 for a plain number{}{}", shown(name),
+            near.empty() ? "" : "; near matches in the database: ", fmt::join(near, ", "));
     }
 
     std::string lettersOf(const Given& given, const std::set<char>& used, std::string_view all, Column column)
@@ -395,8 +422,8 @@ private:
                     "the new substance has no phase, and would not be found: give a row with \"phase\" and "
                     "\"state\"");
             }
-            directory = makeEntity("", format::Series::Substances, format::substanceExtension,
-                substanceText(draft, one.id));
+            directory = makeEntity(
+                "", format::Series::Substances, format::substanceExtension, substanceText(draft, one.id));
             ++counts_.substances;
         } else {
             extendSubstance(draft, *present);
@@ -445,7 +472,8 @@ private:
         const Descriptor& descriptor = present.self.descriptor;
         std::vector<TextChange> texts;
         takeText(texts, descriptor, TextKey::Name, Language::Russian, draft.russianName, Column::SubstanceRu);
-        takeText(texts, descriptor, TextKey::Comment, state_.language, draft.comment, Column::SubstanceComment);
+        takeText(
+            texts, descriptor, TextKey::Comment, state_.language, draft.comment, Column::SubstanceComment);
         takeText(texts, descriptor, TextKey::Comment, Language::Russian, draft.russianComment,
             Column::SubstanceCommentRu);
         const std::string composition = compositionOf(draft);
@@ -499,10 +527,10 @@ private:
         return text[text.size() - 2] == format::fractionSeparator ? text + ".0" : text;
     }
 
-    void checkFractions(
-        const Given& given, Column column, double sum, std::size_t count, std::size_t length)
+    void checkFractions(const Given& given, Column column, double sum, std::size_t count, std::size_t length)
     {
-        const double roundingErrors = 1e-6 * static_cast<double>(count); // of six digits, as the library writes
+        const double roundingErrors
+            = 1e-6 * static_cast<double>(count); // of six digits, as the library writes
         if (!format::isSumAllowed(sum > format::maxSumOfFractions ? sum - roundingErrors : sum)) {
             problem(given.place, column,
                 fmt::format("the molar fractions add up to {}; they must add up to 0.99 to 1", sum));
@@ -582,8 +610,9 @@ private:
         const SubstanceTree* present, Known& phases, Known& changes)
     {
         const bool phase = draft.kind == Owner::Kind::Phase;
-        const Known::One one = phase ? choose(phases, draft, "phase", Column::PhaseId, Column::Phase)
-                                     : choose(changes, draft, "phase change", Column::ChangeId, Column::Change);
+        const Known::One one = phase
+            ? choose(phases, draft, "phase", Column::PhaseId, Column::Phase)
+            : choose(changes, draft, "phase change", Column::ChangeId, Column::Change);
         Place place { substance, {}, nullptr, {} };
         place.owner.kind = draft.kind;
         place.owner.id = one.id;
@@ -595,8 +624,9 @@ private:
             place.owner.state = static_cast<MATTER_STATE>(one.descriptor->number(Key::Aggreg));
         } else {
             const DescriptorText text = ownerText(draft, one.id, phases);
-            place.directory = makeEntity(parent, phase ? format::Series::Phases : format::Series::PhaseChanges,
-                phase ? format::phaseExtension : format::phaseChangeExtension, text);
+            place.directory
+                = makeEntity(parent, phase ? format::Series::Phases : format::Series::PhaseChanges,
+                    phase ? format::phaseExtension : format::phaseChangeExtension, text);
             place.owner.state = stateOf(draft.state.text).value_or(MATTER_STATE_NOT_GIVEN);
             ++counts_.owners;
             if (phase && !format::isState(place.owner.state)) {
@@ -618,7 +648,8 @@ private:
             if (!state) {
                 problem(draft.place, Column::State, "a new phase is solid, liquid or gas");
             }
-            text.set(textOf(Key::Aggreg), std::to_string(static_cast<int>(state.value_or(MATTER_STATE_SOLID))));
+            text.set(
+                textOf(Key::Aggreg), std::to_string(static_cast<int>(state.value_or(MATTER_STATE_SOLID))));
             return text;
         }
         text.set(textOf(Key::Phase1), std::to_string(phaseOf(draft, draft.from, Column::ChangeFrom, phases)));
@@ -651,9 +682,11 @@ private:
             phase ? Column::PhaseRu : Column::ChangeRu);
         const auto state = static_cast<MATTER_STATE>(present.number(Key::Aggreg));
         if (phase && draft.state.isGiven() && draft.state.text != stateText(state)) {
-            problem(draft.state.place, Column::State, fmt::format("the phase is {} in the database", stateText(state)));
+            problem(draft.state.place, Column::State,
+                fmt::format("the phase is {} in the database", stateText(state)));
         }
-        const std::pair<const Given&, Key> ends[] = { { draft.from, Key::Phase1 }, { draft.to, Key::Phase2 } };
+        const std::pair<const Given&, Key> ends[]
+            = { { draft.from, Key::Phase1 }, { draft.to, Key::Phase2 } };
         for (const auto& [given, key] : ends) {
             const Column column = key == Key::Phase1 ? Column::ChangeFrom : Column::ChangeTo;
             if (given.isGiven() && phaseOf(draft, given, column, phases) != present.number(key)) {
@@ -718,8 +751,8 @@ private:
     std::vector<KeyChange> headKeys(const DraftValue& value) const
     {
         std::vector<KeyChange> keys;
-        for (const auto& [key, given] :
-            { std::pair { format::sourceKey, &value.source }, std::pair { format::accuracyKey, &value.accuracy } }) {
+        for (const auto& [key, given] : { std::pair { format::sourceKey, &value.source },
+                 std::pair { format::accuracyKey, &value.accuracy } }) {
             if (given->isGiven()) {
                 keys.push_back({ std::string(key), given->text });
             }
@@ -750,8 +783,8 @@ private:
         const auto agrees = [&](const Given& given, std::string_view key) {
             return !given.isGiven() || head.text(key) == given.text;
         };
-        if (head.number(Key::Type) != static_cast<long>(value.type) || !agrees(value.source, format::sourceKey)
-            || !agrees(value.accuracy, format::accuracyKey)) {
+        if (head.number(Key::Type) != static_cast<long>(value.type)
+            || !agrees(value.source, format::sourceKey) || !agrees(value.accuracy, format::accuracyKey)) {
             return false;
         }
         const Annotations annotations(state_.directory);

@@ -85,7 +85,8 @@ void requireNothingForeign(const EditState& state, const std::string& directory,
     const fs::path root = toLocale(state.directory);
     for (const Entity* owner : entitiesOf(files)) {
         for (const Descriptor& head : owner->heads) {
-            data.insert((root / toLocale(owner->directory) / toLocale(head.text(Key::Data))).lexically_normal());
+            data.insert(
+                (root / toLocale(owner->directory) / toLocale(head.text(Key::Data))).lexically_normal());
         }
     }
     for (const auto& entry : fs::recursive_directory_iterator(root / toLocale(directory))) {
@@ -124,7 +125,8 @@ void requireNoMixture(const EditState& state, long id)
         }
         const bool names = std::ranges::count(components, id, &COMPONENT::matterId) > 0;
         if (names && descriptor.number(Key::ID) != id) {
-            throw Failure("{} ({}) has it as a component; remove that mixture first, or give it other components",
+            throw Failure(
+                "{} ({}) has it as a component; remove that mixture first, or give it other components",
                 nameIn(state, descriptor), descriptor.number(Key::ID));
         }
     }
@@ -145,8 +147,9 @@ void requireOneKind(const SubstanceTree& files, const Entity& entity)
 {
     for (const Entity* other : entitiesOf(files)) {
         if (other != &entity && other->directory == entity.directory) {
-            throw Failure("the directory \"{}\" is a phase and a phase change at once; give each a directory of "
-                          "its own",
+            throw Failure(
+                "the directory \"{}\" is a phase and a phase change at once; give each a directory of "
+                "its own",
                 entity.directory);
         }
     }

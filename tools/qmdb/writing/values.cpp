@@ -88,8 +88,7 @@ std::string readData(const EditState& state, const Entity& owner, const Descript
     return { std::istreambuf_iterator<char>(input), {} };
 }
 
-std::vector<std::string> commentsBefore(
-    const EditState& state, const Entity& owner, const Descriptor& head)
+std::vector<std::string> commentsBefore(const EditState& state, const Entity& owner, const Descriptor& head)
 {
     std::error_code ignored;
     const bool exists = fs::exists(placeOf(state, check::dataFileOf(owner, head)), ignored);
@@ -149,8 +148,7 @@ void requireAllowed(const Edit& edit, long parameter, PARAM_TYPE type, bool vect
     const auto& all = state.tree.descriptions;
     const auto isIt = [&](const Descriptor& one) { return one.number(Key::ID) == parameter; };
     if (std::ranges::none_of(all, isIt)) {
-        refuse(
-            QMDB_E_UNKNOWN_PARAMETER, fmt::format("Incorrect parameter ID for addition, {}", parameter));
+        refuse(QMDB_E_UNKNOWN_PARAMETER, fmt::format("Incorrect parameter ID for addition, {}", parameter));
     }
     const Descriptor& description = descriptionFile(state, parameter);
     if (!format::isAmong(format::letterOf(type), description.text(Key::DataTypes))) {

@@ -33,13 +33,15 @@ struct ValueChange {
 };
 
 /// A reader finds the old value or the new one, never a part of either. A data file that other heads name
-/// stays as it is. Returns what is said about a new value and was said about the one before: "comments" and the
-/// like.
-std::vector<std::string> setValue(Edit& edit, long substance, const Owner& owner, long parameter, const ValueChange& change);
+/// stays as it is. Returns what is said about a new value and was said about the one before: "comments" and
+/// the like.
+std::vector<std::string> setValue(
+    Edit& edit, long substance, const Owner& owner, long parameter, const ValueChange& change);
 
 void removeValue(Edit& edit, long substance, const Owner& owner, long parameter);
 
-/// Throws Failure unless the description of a parameter allows a type and a form, and, for a phase, its state.
+/// Throws Failure unless the description of a parameter allows a type and a form, and, for a phase, its
+/// state.
 void requireAllowed(const Edit& edit, long parameter, PARAM_TYPE type, bool vector, const Owner& owner);
 
 } // namespace tool::writing
