@@ -101,11 +101,8 @@ ADVICE = {
     "long-text": "shorten it",
     "missing-key": 'add a line "{}=..."',
     "missing-text": "write the number of a text, or add the text to the tables",
-<<<<<<< HEAD
     "no-argument-units": 'add a line such as "ArgumentUnits=K" or "ArgumentUnits=Pa;K"',
-=======
     "mixed-line-ends": "look whether a character was lost, and let all lines end alike",
->>>>>>> relya
     "no-description": "write the ID of a description, or add one",
     "no-descriptor": "add the file, or remove the directory",
     "no-line-end": "look whether the file is whole, and end it with a line end",

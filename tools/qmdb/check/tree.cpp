@@ -108,6 +108,20 @@ void readSubstance(Context& context, const std::string& directory, Tree& tree)
     tree.substances.push_back(std::move(substance));
 }
 
+namespace {
+
+void readRootFiles(Context& context, const Listing& root, Tree& tree)
+{
+    tree.descriptions = readFiles(context, root, format::descriptionKind);
+    for (const std::string& name : root.files) {
+        if (isStringTable(name)) {
+            tree.tables.emplace_back(context, name);
+        }
+    }
+}
+
+} // namespace
+
 Tree readTree(Context& context)
 {
     const Listing root = list(context, "");
@@ -115,13 +129,25 @@ Tree readTree(Context& context)
     for (const std::string& name : root.directories) {
         readSubstance(context, name, tree);
     }
-    tree.descriptions = readFiles(context, root, format::descriptionKind);
-    for (const std::string& name : root.files) {
-        if (isStringTable(name)) {
-            tree.tables.emplace_back(context, name);
+    readRootFiles(context, root, tree);
+    reportStrayFiles(context, root, { format::descriptionExtension });
+    return tree;
+}
+
+Tree readPart(Context& context, long substance)
+{
+    const Listing root = list(context, "");
+    Tree tree;
+    for (const std::string& directory : root.directories) {
+        const auto names = list(context, directory).filesWith(format::substanceExtension);
+        const bool isIt = std::ranges::any_of(names, [&](const std::string& name) {
+            return Descriptor(context, entryPath(directory, name)).number(format::Key::ID) == substance;
+        });
+        if (isIt) {
+            readSubstance(context, directory, tree);
         }
     }
-    reportStrayFiles(context, root, { format::descriptionExtension });
+    readRootFiles(context, root, tree);
     return tree;
 }
 

@@ -51,6 +51,15 @@ void addOwnerOptions(CLI::App& command, OwnerOptions& options)
     change->type_name("CHANGE")->allow_extra_args(false)->check(notEmpty())->excludes(phase);
 }
 
+void addOwnerOptions(CLI::App& command, std::string& phase, std::string& change)
+{
+    auto* first = command.add_option(
+        "--phase", phase, "Phase, by name or number; without it and --change the substance itself");
+    auto* second = command.add_option("--change", change, "Phase change, by name or number");
+    first->type_name("PHASE")->check(notEmpty());
+    second->type_name("CHANGE")->check(notEmpty())->excludes(first);
+}
+
 std::vector<Owner> chooseOwners(
     const Database& database, const Substance& substance, const OwnerOptions& options)
 {

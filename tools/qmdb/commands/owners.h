@@ -17,6 +17,9 @@ struct OwnerOptions {
 /// Adds --phase and --change, of which a command takes one kind.
 void addOwnerOptions(CLI::App& command, OwnerOptions& options);
 
+/// The same for a command that takes one phase or phase change.
+void addOwnerOptions(CLI::App& command, std::string& phase, std::string& change);
+
 /// The owners that the options name; the substance itself when they name none.
 std::vector<Owner> chooseOwners(
     const Database& database, const Substance& substance, const OwnerOptions& options);
