@@ -10,6 +10,6 @@ if(CLANG_FORMAT)
 endif()
 find_program(RUN_CLANG_TIDY run-clang-tidy)
 if(RUN_CLANG_TIDY)
-    add_custom_target(tidy COMMAND ${RUN_CLANG_TIDY} -quiet -p ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}/src
-        VERBATIM)
+    add_custom_target(tidy COMMAND ${RUN_CLANG_TIDY} -quiet -p ${PROJECT_BINARY_DIR}
+        ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tools VERBATIM)
 endif()
