@@ -1,5 +1,5 @@
-/* A host in C, and in C++ where it is compiled as such: host DIR counts the substances of the sample database and
-   reads water's critical temperature. */
+/* A host in C, and in C++ where it is compiled as such: host DIR counts the substances of the sample database
+   and reads water's critical temperature. */
 #include <qmdatabase/QMNative.h>
 
 #include <stdio.h>
