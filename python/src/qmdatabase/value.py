@@ -9,7 +9,7 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _records
-from .errors import ArgumentError, CommandNotFoundError
+from .errors import ArgumentError, CommandError
 from .interpolation import interpolate, interpolate_2d, require_increasing
 
 if TYPE_CHECKING:
@@ -266,7 +266,7 @@ class Value:
     def _argument_unit(self, index: int) -> str:
         try:
             return self.argument_units[index]
-        except (CommandNotFoundError, IndexError):
+        except (CommandError, IndexError):
             return ""
 
     def _axis_label(self, index: int) -> str:
