@@ -12,13 +12,15 @@ TOOL = "tools/qmdb/"
 TOOL_FOLDERS = {
     "common": [],
     "database": ["common"],
+    "annotations": ["common", "database"],
     "input": ["common", "database"],
-    "output": ["common", "database"],
-    "check": ["common", "database"],
-    "commands": ["common", "database", "input", "output", "check"],
+    "output": ["common", "database", "annotations"],
+    "check": ["common", "database", "annotations"],
+    "commands": ["common", "database", "annotations", "input", "output", "check"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
-OTHERS = {TOOL + "check": ["src/format"], "bench": ["src/format", "src/qm/handles.h"]}
+OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],
+    "bench": ["src/format", "src/qm/handles.h"]}
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 
 

@@ -10,7 +10,7 @@
 #include <string_view>
 
 /// The keys of descriptors, and which kind of descriptor has which. Keys are case-sensitive; one that
-/// is not listed here is kept and means nothing.
+/// is not among those of Key is kept and means nothing to the library.
 namespace format {
 
 /// The keys that mean something, in ascending order of their texts.
@@ -42,6 +42,16 @@ inline constexpr std::array<std::string_view, 19> keyTexts
 
 static_assert(std::ranges::is_sorted(keyTexts));
 static_assert(keyTexts.size() == static_cast<std::size_t>(Key::Vector) + 1);
+
+// The keys that tools have defined.
+inline constexpr std::string_view formulaKey = "Formula"; ///< of substances
+inline constexpr std::string_view aliasesKey = "Aliases";
+inline constexpr std::string_view casKey = "CAS";
+inline constexpr std::string_view symbolKey = "Symbol"; ///< of descriptions
+inline constexpr std::string_view argumentUnitsKey = "ArgumentUnits";
+inline constexpr std::string_view argumentNameKey = "ArgumentName";
+inline constexpr std::string_view sourceKey = "Source"; ///< of heads
+inline constexpr std::string_view accuracyKey = "Accuracy";
 
 constexpr std::string_view textOf(Key key) noexcept
 {
@@ -115,6 +125,20 @@ struct KeyRule {
     bool required;
 };
 
+/// What the value of a key that tools have defined is.
+enum class ToolValueKind : unsigned char {
+    Text,
+    Items, ///< texts with itemSeparator between
+    ArgumentItems, ///< one or two such texts about the arguments of tables
+    CasNumber,
+};
+
+/// A key that tools read and the library ignores; none is required.
+struct ToolKeyRule {
+    std::string_view key;
+    ToolValueKind value;
+};
+
 /// One kind of descriptor: the extension of its files, where they lie, and their keys.
 struct DescriptorKind {
     std::string_view extension;
@@ -123,6 +147,7 @@ struct DescriptorKind {
     /// Its owner is nothing without one.
     bool needed;
     std::span<const KeyRule> keys;
+    std::span<const ToolKeyRule> toolKeys {};
 
     constexpr KeySet requiredKeys() const noexcept
     {
@@ -182,14 +207,31 @@ inline constexpr KeyRule headKeys[] = {
     { Key::Data, ValueKind::FileName, required },
 };
 
+inline constexpr ToolKeyRule substanceToolKeys[] = {
+    { formulaKey, ToolValueKind::Text },
+    { aliasesKey, ToolValueKind::Items },
+    { casKey, ToolValueKind::CasNumber },
+};
+inline constexpr ToolKeyRule descriptionToolKeys[] = {
+    { symbolKey, ToolValueKind::Text },
+    { argumentUnitsKey, ToolValueKind::ArgumentItems },
+    { argumentNameKey, ToolValueKind::ArgumentItems },
+};
+inline constexpr ToolKeyRule headToolKeys[] = {
+    { sourceKey, ToolValueKind::Text },
+    { accuracyKey, ToolValueKind::Text },
+};
+
 } // namespace detail
 
-inline constexpr DescriptorKind substanceKind { substanceExtension, true, false, detail::substanceKeys };
+inline constexpr DescriptorKind substanceKind { substanceExtension, true, false, detail::substanceKeys,
+    detail::substanceToolKeys };
 inline constexpr DescriptorKind phaseKind { phaseExtension, true, true, detail::phaseKeys };
 inline constexpr DescriptorKind phaseChangeKind { phaseChangeExtension, true, false,
     detail::phaseChangeKeys };
-inline constexpr DescriptorKind descriptionKind { descriptionExtension, false, false,
-    detail::descriptionKeys };
-inline constexpr DescriptorKind headKind { headExtension, false, false, detail::headKeys };
+inline constexpr DescriptorKind descriptionKind { descriptionExtension, false, false, detail::descriptionKeys,
+    detail::descriptionToolKeys };
+inline constexpr DescriptorKind headKind { headExtension, false, false, detail::headKeys,
+    detail::headToolKeys };
 
 } // namespace format

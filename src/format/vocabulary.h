@@ -59,6 +59,9 @@ inline constexpr char fractionSeparator = ':';
 inline constexpr double minSumOfFractions = 0.99;
 inline constexpr double maxSumOfFractions = 1.0;
 
+/// Between the items of keys that tools have defined: "H2O;R718".
+inline constexpr char itemSeparator = ';';
+
 /// The letters of "DataTypes", in the order of PARAM_TYPE, and of "AvForPhases", in that of
 /// MATTER_STATE; both enumerations begin with 1 here.
 inline constexpr std::string_view typeLetters = "CtpTX";

@@ -23,8 +23,9 @@ def head(parameter, kind, vector=0, data="Property1.dat"):
 
 
 def description(number, name, units, types, states, scalar=1, vector=0):
+    arguments = "Pa;K" if set(types) & set("pTX") else "K" if "t" in types else None
     return keys(AvForPhases=states, Binary=0, DataTypes=types, ID=number, Name=name, Scalar=scalar, Units=units,
-                Vector=vector)
+                Vector=vector, **({"ArgumentUnits": arguments} if arguments else {}))
 
 
 SMALL = {
@@ -54,6 +55,14 @@ SMALL = {
     "Substance3/Phase1/Phase1.phd": keys(Aggreg=1, ID=0, Name="Crystal, \"cubic\""),
     "Substance3/Phase1/Property1.prh": head(3, 1, 1),
     "Substance3/Phase1/Property1.dat": "6 6 -6.5\n",
+}
+
+# Laid over the small tree: what the library does not hand out.
+ANNOTATED = {
+    "density.prd": SMALL["density.prd"] + "Symbol=rho\n",
+    "Substance1/Substance1.mtd": SMALL["Substance1/Substance1.mtd"]
+    + "Formula=H2O\nAliases=water;R718\nCAS=7732-18-5\n",
+    "Substance1/Phase2/Property1.prh": head(1, 2) + 'Source=CRC, "Ice"\nAccuracy=0.1 %\n',
 }
 
 

@@ -37,8 +37,8 @@ PLANTED = {
     "Substance7/notes.txt": "",
 }
 FOUND = """\
-conductivity.prd:9 error long-line
-conductivity.prd:9 warning unknown-key
+conductivity.prd:10 error long-line
+conductivity.prd:10 warning unknown-key
 Substance1/Substance1.mtd:None error missing-key
 Substance1/Property1.dat:1 error bad-number
 Substance1/PC1/PC1.pcd:5 warning unknown-key
@@ -81,6 +81,10 @@ Substance2/Substance2.mtd:2 error unknown-component
 
 # What to do, which the report says before the word.
 ADVICE = {
+    "ambiguous-name": "give it to one of them only",
+    "argument-items": "write one item for every argument alike, or first that of the pressure, then that of the "
+                      "temperature",
+    "bad-cas": "write it as in 7732-18-5",
     "bad-id": "give it another ID",
     "bad-number": "write digits only",
     "bad-string-id": "write the text's number in digits only, without leading zeros, or remove the line",
@@ -88,6 +92,7 @@ ADVICE = {
     "cr-only": "save the file with LF or CR LF as line ends",
     "decreasing-subtable": "put the subtables in the order of their first arguments",
     "duplicate-id": "give one of them another ID",
+    "empty-item": 'write one ";" between two items, and none at the ends',
     "grouped-digits": "write the number without a comma, or with a point if a fraction is meant",
     "ignored-text": "write a decimal number and nothing else",
     "lone-cr": "let each line end with LF or CR LF",
@@ -95,6 +100,7 @@ ADVICE = {
     "long-text": "shorten it",
     "missing-key": 'add a line "{}=..."',
     "missing-text": "write the number of a text, or add the text to the tables",
+    "no-argument-units": 'add a line such as "ArgumentUnits=K" or "ArgumentUnits=Pa;K"',
     "no-description": "write the ID of a description, or add one",
     "no-descriptor": "add the file, or remove the directory",
     "no-phase": "add a phase",
@@ -112,6 +118,34 @@ ADVICE = {
 
 # Files laid over the small database, None for one to leave out, and the findings in their order, without advice.
 FAULTS = {
+    "keys of the tools": ({
+        "density.prd": description(1, "Density", "kg/m³", "CtpT", "SLV").replace("Pa;K", "Pa;K;m") + "Symbol=rho\n",
+        "latent.prd": keys(ID=4, Name="Latent heat", Units="J/kg", Binary=0, DataTypes="Cp", Scalar=1, Symbol="rho"),
+        "conductivity.prd": description(3, "Conductivity", "W/(m K)", "Ct", "S", vector=1)
+        + "ArgumentName=a;b\n",
+        "Substance1/Phase2/Property1.prh": head(1, 2) + "Source= CRC\nAccuracy=1\t%\n",
+        "Substance1/Substance1.mtd": SMALL["Substance1/Substance1.mtd"] + "Aliases=Aqua;;R718\nCAS=7732-18-4\n",
+        "Substance2/Substance2.mtd": SMALL["Substance2/Substance2.mtd"] + "Aliases=вода; brine\nFormula=NaCl\n",
+        "Substance3/Substance3.mtd": SMALL["Substance3/Substance3.mtd"] + "Formula=NaCl\nAliases=Salt\nCAS=1-2\n"},
+        """\
+conductivity.prd:10: warning: "ArgumentName" has 2 items for 1 argument of the types "Ct" [argument-items]
+density.prd:9: warning: "ArgumentUnits" has 3 items for 2 arguments of the types "CtpT" [argument-items]
+density.prd:10: warning: "Symbol" is "rho", by which latent.prd goes too [ambiguous-name]
+latent.prd:7: warning: "Symbol" is "rho", by which density.prd goes too [ambiguous-name]
+latent.prd: warning: values may have arguments, and nothing tells the units of these [no-argument-units]
+Substance1/Substance1.mtd:7: warning: "Aliases" is "Aqua;;R718", with an empty item [empty-item]
+Substance1/Substance1.mtd:8: warning: "CAS" is "7732-18-4", which is no CAS number, or its check digit is wrong [bad-cas]
+Substance1/Phase2/Property1.prh:5: warning: "Source" is " CRC": the outer blanks are part of it [outer-blanks]
+Substance1/Phase2/Property1.prh:6: warning: "Accuracy" is "1?%", with control characters in it [control-character]
+Substance2/Substance2.mtd:6: warning: "Aliases" is "вода; brine": the blanks beside ";" belong to the items \
+[outer-blanks]
+Substance2/Substance2.mtd:6: warning: "Aliases" is "вода", by which Substance1/Substance1.mtd goes too [ambiguous-name]
+Substance3/Substance3.mtd:8: warning: "CAS" is "1-2", which is no CAS number, or its check digit is wrong [bad-cas]
+"""),
+    "one item for two quantities": ({
+        "density.prd": description(1, "Density", "kg/m³", "CtpT", "SLV").replace("Pa;K", "K")}, """\
+density.prd:9: warning: "ArgumentUnits" is "K" for the pressure and for the temperature [argument-items]
+"""),
     "an ID beyond what additions return": ({
         "Substance3/Substance3.mtd": keys(Composition="", ID=2**31, Mixture=0, Name="Salt"),
         "Substance2/Substance2.mtd": keys(Composition="", ID=-5, Mixture=0, Name="Brine"),

@@ -12,30 +12,31 @@ import time
 import unittest
 from pathlib import Path
 
-from support import COMMAND, CommandTest, head, keys, prefixed, write
+from support import ANNOTATED, COMMAND, CommandTest, head, keys, prefixed, write
 
 TIDY = '''\
-substance_id,substance,composition,phase_id,phase,state,change_id,change,parameter_id,parameter,units,type,comments,\
-first_argument_name,second_argument_name,first_argument,second_argument,component,value
-0,Water,,,,,,,2,Molar mass,kg/mol,C,kg/mol,,,,,,0.018015268
-0,Water,,0,Liquid,liquid,,,1,Density,kg/m³,T,,P,T,100000,280,,999.91
-0,Water,,0,Liquid,liquid,,,1,Density,kg/m³,T,,P,T,100000,300,,996.56
-0,Water,,0,Liquid,liquid,,,1,Density,kg/m³,T,,P,T,1000000,280,,1000.35
-0,Water,,1,Ice,solid,,,1,Density,kg/m³,t,,T,,250,,,919.87
-0,Water,,1,Ice,solid,,,1,Density,kg/m³,t,,T,,273.15,,,916.721
-0,Water,,1,Ice,solid,,,3,Conductivity,W/(m K),t,,T,,250,,x,2.3
-0,Water,,1,Ice,solid,,,3,Conductivity,W/(m K),t,,T,,250,,y,2.3
-0,Water,,1,Ice,solid,,,3,Conductivity,W/(m K),t,,T,,250,,z,2.4
-0,Water,,1,Ice,solid,,,3,Conductivity,W/(m K),t,,T,,270,,x,2.2
-0,Water,,1,Ice,solid,,,3,Conductivity,W/(m K),t,,T,,270,,y,2.2
-0,Water,,1,Ice,solid,,,3,Conductivity,W/(m K),t,,T,,270,,z,2.3
-0,Water,,,,,0,Melting,4,Latent heat,J/kg,C,,,,,,,333430
-1,Brine,0.75 Water + 0.25 Salt,0,Liquid,liquid,,,1,Density,kg/m³,p,"Density, kg/m3 | ""over"" pressure, Pa",p,,1,,,1100
-2,Salt,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,W/(m K),C,,,,,,x,6
-2,Salt,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,W/(m K),C,,,,,,y,6
-2,Salt,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,W/(m K),C,,,,,,z,-6.5
+substance_id,substance,formula,cas,aliases,composition,phase_id,phase,state,change_id,change,parameter_id,parameter,\
+symbol,units,type,source,accuracy,comments,first_argument_name,first_argument_units,second_argument_name,\
+second_argument_units,first_argument,second_argument,component,value
+0,Water,H2O,7732-18-5,water;R718,,,,,,,2,Molar mass,,kg/mol,C,,,kg/mol,,,,,,,,0.018015268
+0,Water,H2O,7732-18-5,water;R718,,0,Liquid,liquid,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,100000,280,,999.91
+0,Water,H2O,7732-18-5,water;R718,,0,Liquid,liquid,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,100000,300,,996.56
+0,Water,H2O,7732-18-5,water;R718,,0,Liquid,liquid,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,1000000,280,,1000.35
+0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,1,Density,rho,kg/m³,t,"CRC, ""Ice""",0.1 %,,temperature,K,,,250,,,919.87
+0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,1,Density,rho,kg/m³,t,"CRC, ""Ice""",0.1 %,,temperature,K,,,273.15,,,916.721
+0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,x,2.3
+0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,y,2.3
+0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,z,2.4
+0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,x,2.2
+0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,y,2.2
+0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,z,2.3
+0,Water,H2O,7732-18-5,water;R718,,,,,0,Melting,4,Latent heat,,J/kg,C,,,,,,,,,,,333430
+1,Brine,,,,0.75 Water + 0.25 Salt,0,Liquid,liquid,,,1,Density,rho,kg/m³,p,,,"Density, kg/m3 | ""over"" pressure, Pa",pressure,Pa,,,1,,,1100
+2,Salt,,,,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,,W/(m K),C,,,,,,,,,,x,6
+2,Salt,,,,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,,W/(m K),C,,,,,,,,,,y,6
+2,Salt,,,,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,,W/(m K),C,,,,,,,,,,z,-6.5
 '''
-BRINE = {"Substance2/Phase1/Property1.prh": head(1, 3),
+BRINE = {**ANNOTATED, "Substance2/Phase1/Property1.prh": head(1, 3),
          "Substance2/Phase1/Property1.dat": '# Density, kg/m3\n# "over" pressure, Pa\n1 1100\n'}
 
 
@@ -48,11 +49,13 @@ class Exporting(CommandTest):
         self.expect(["export", self.database], TIDY)
         rows = [json.loads(line) for line in self.output("export", self.database, "--jsonl").splitlines()]
         self.assertEqual(rows, json.loads(self.output("export", self.database, "--json")))
-        self.assertEqual({"substance_id": 1, "substance": "Brine", "composition": "0.75 Water + 0.25 Salt",
+        self.assertEqual({"substance_id": 1, "substance": "Brine", "formula": None, "cas": None, "aliases": None,
+                          "composition": "0.75 Water + 0.25 Salt",
                           "phase_id": 0, "phase": "Liquid", "state": "liquid", "change_id": None, "change": None,
-                          "parameter_id": 1, "parameter": "Density", "units": "kg/m³", "type": "p",
-                          "comments": 'Density, kg/m3 | "over" pressure, Pa', "first_argument_name": "p",
-                          "second_argument_name": None, "first_argument": 1, "second_argument": None,
+                          "parameter_id": 1, "parameter": "Density", "symbol": "rho", "units": "kg/m³", "type": "p",
+                          "source": None, "accuracy": None, "comments": 'Density, kg/m3 | "over" pressure, Pa',
+                          "first_argument_name": "pressure", "first_argument_units": "Pa",
+                          "second_argument_name": None, "second_argument_units": None, "first_argument": 1, "second_argument": None,
                           "component": None, "value": 1100}, rows[13])
         file = Path(self.scratch, "all.sqlite")
         self.expect(["export", self.database, "--sqlite", file], "")

@@ -8,16 +8,16 @@ import subprocess
 import unittest
 from pathlib import Path
 
-from support import COMMAND, MARK, SMALL, CommandTest, description, head, keys, prefixed, snapshot, write
+from support import ANNOTATED, COMMAND, MARK, SMALL, CommandTest, description, head, keys, prefixed, snapshot, write
 
 TREE = """\
 Water (0): H₂O
 ├─ Molar mass (2)       constant       scalar   1 point  kg/mol
 ├─ phase Liquid (0), liquid
-│  └─ Density (1)       table of P, T  scalar  3 points  kg/m³    P 100000 to 1000000, T 280 to 300
+│  └─ Density (1)       table of P, T  scalar  3 points  kg/m³    P 100000 to 1000000 Pa, T 280 to 300 K
 ├─ phase Ice (1), solid
-│  ├─ Density (1)       table of T     scalar  2 points  kg/m³    T 250 to 273.15
-│  └─ Conductivity (3)  table of T     vector  2 points  W/(m K)  T 250 to 270
+│  ├─ Density (1)       table of T     scalar  2 points  kg/m³    T 250 to 273.15 K
+│  └─ Conductivity (3)  table of T     vector  2 points  W/(m K)  T 250 to 270 K
 └─ change Melting (0), Ice to Liquid
    └─ Latent heat (4)   constant       scalar   1 point  J/kg
 
@@ -36,23 +36,65 @@ class Reading(CommandTest):
         self.assertIn("Вода (0)", self.output("list", self.database, "0", "--lang", "ru"))
         listed = json.loads(self.output("list", self.database, "--json"))
         self.assertEqual(["Water", "Brine", "Salt"], [substance["name"] for substance in listed])
-        self.assertEqual({"id": 1, "name": "Density", "units": "kg/m³", "type": "T", "vector": False, "points": 3,
-                          "ranges": {"P": [1e5, 1e6], "T": [280, 300]}}, listed[0]["phases"][0]["parameters"][0])
+        self.assertEqual({"id": 1, "name": "Density", "symbol": None, "units": "kg/m³", "type": "T",
+                          "vector": False, "argumentNames": ["pressure", "temperature"],
+                          "argumentUnits": ["Pa", "K"], "source": None, "accuracy": None, "points": 3, "ranges": {"P": [1e5, 1e6], "T": [280, 300]}}, listed[0]["phases"][0]["parameters"][0])
 
     def test_gets_values(self):
         water = ["get", self.database, "Water"]
         self.expect(water + ["Molar mass"], "0.018015268 kg/mol\n")
         self.expect(water + ["--phase", "Liquid", "Density"], "Water, phase Liquid\n"
-                    "      P    T  Density, kg/m³\n"
-                    " 100000  280          999.91\n"
-                    " 100000  300          996.56\n"
-                    "1000000  280         1000.35\n")
+                    "  P, Pa  T, K  Density, kg/m³\n"
+                    " 100000   280          999.91\n"
+                    " 100000   300          996.56\n"
+                    "1000000   280         1000.35\n")
         self.expect(water + ["--phase", "ice", "3", "--csv"],
-                    'T,"Conductivity x, W/(m K)","Conductivity y, W/(m K)","Conductivity z, W/(m K)"\n'
+                    '"T, K","Conductivity x, W/(m K)","Conductivity y, W/(m K)","Conductivity z, W/(m K)"\n'
                     "250,2.3,2.3,2.4\n270,2.2,2.2,2.3\n")
         self.expect(["get", self.database, "2", "--phase", "0", "3"], "6 6 -6.5 W/(m K)\n")
         value = json.loads(self.output(*water, "--change", "Melting", "4", "--json"))
         self.assertEqual([[333430]], value["rows"])
+
+    def test_tells_what_the_library_does_not(self):
+        write(self.database, {**ANNOTATED, "Substance1/Phase2/Property2.prh":
+                              head(3, 5, 1, "Property2.dat") + "Accuracy=2 %\n",
+                              "Substance1/Phase2/Property2.dat": "P=1\n250 2.3 2.3 2.4\n",
+                              "conductivity.prd": keys(ID=3, Name="Conductivity", Units="1", Binary=0,
+                                                       ArgumentName="strain;heat\x07", ArgumentUnits=";mK")})
+        self.assertEqual("""\
+Water (0), H2O: H₂O
+├─ Molar mass (2)       no source is given
+├─ phase Liquid (0), liquid
+│  └─ Density (1)       no source is given
+├─ phase Ice (1), solid
+│  ├─ Density (1)       CRC, "Ice" (accuracy 0.1 %)
+│  └─ Conductivity (3)  accuracy 2 %
+└─ change Melting (0), Ice to Liquid
+   └─ Latent heat (4)   no source is given
+""", self.output("list", self.database, "Water", "--sources"))
+        ice = ["get", self.database, "Water", "--phase", "Ice", "--source"]
+        self.expect([*ice, "Density", "--csv"], '# Source: CRC, "Ice" (accuracy 0.1 %)\n"T, K","Density, kg/m³"\n'
+                                                "250,919.87\n273.15,916.721\n")
+        self.expect([*ice, "3"], "# Source: accuracy 2 %\nWater, phase Ice\n"
+                                 "strain  heat?, mK  Conductivity x, 1  Conductivity y, 1  Conductivity z, 1\n"
+                                 "     1        250                2.3                2.3                2.4\n")
+        water = json.loads(self.output("list", self.database, "Water", "--json"))[0]
+        self.assertEqual(("H2O", ["water", "R718"], "7732-18-5"), (water["formula"], water["aliases"], water["cas"]))
+        for parameter, names, units, accuracy in [("1", ["temperature"], ["K"], "0.1 %"),
+                                                  ("3", ["strain", "heat\x07"], [None, "mK"], "2 %")]:
+            told = json.loads(self.output(*ice, parameter, "--json"))["parameter"]
+            self.assertEqual((names, units, accuracy),
+                             (told["argumentNames"], told["argumentUnits"], told["accuracy"]))
+
+    def test_tells_nothing_where_it_may_be_wrong(self):
+        write(self.database, {**ANNOTATED, "rho.prd": SMALL["density.prd"] + "Symbol=r\n",
+                              "Twin/a.mtd": keys(Composition="", ID=0, Mixture=0, Name="W", Formula="D2O"),
+                              "Twin/p/a.phd": keys(Aggreg=1, ID=1, Name="Ice"),
+                              "Twin/p/a.prh": head(1, 2, 0, "a.dat") + "Source=Other\n", "Twin/p/a.dat": "250 1\n"})
+        water = next(each for each in json.loads(self.output("list", self.database, "--json")) if each["id"] == 0)
+        ice = next(each for each in water["phases"] if each["name"] == "Ice")["parameters"][0]
+        self.assertEqual((None, [], None, None, [None], None), (
+            water["formula"], water["aliases"], water["cas"], ice["symbol"], ice["argumentUnits"], ice["source"]))
 
     def test_names_near_matches(self):
         for arguments, message in [
@@ -89,7 +131,7 @@ class Reading(CommandTest):
                    'and 3 more, which "qmdb check" lists\n')
         self.expect(["get", self.database, "Water", "2"], "4 kg/mol\n", errors=mass)
         self.expect(["get", self.database, "Water", "1", "--phase", "0", "--csv"],
-                    'P,T,"Density, kg/m³"\n1,280,1\n1,300,2\n3,280,1\n', errors=density)
+                    '"P, Pa","T, K","Density, kg/m³"\n1,280,1\n1,300,2\n3,280,1\n', errors=density)
         status, output, errors = self.run_command("export", self.database)
         self.assertEqual((0, mass + density, 17), (status, errors, output.count("\n")))
 
@@ -221,7 +263,7 @@ class Adding(CommandTest):
             self.expect(["add", arguments[0], self.database, *arguments[1:]], output, stdin=rows)
         self.expect(["check", self.database], "0 errors, 0 warnings in 36 files\n")
         self.expect(["get", self.database, "Water", "Density", "--phase", "Liquid", "--csv"],
-                    'T,"Density, kg/m³"\n280,999.91\n300,996.56\n')
+                    '"T, K","Density, kg/m³"\n280,999.91\n300,996.56\n')
         self.assertIn("Brine (2), mixture of 0.75 Water + 0.25 Salt", self.output("list", self.database))
 
     def test_takes_numbers_as_people_write_them(self):

@@ -14,6 +14,7 @@ std::size_t checkDatabase(
     const Tree tree = readTree(context);
     checkReferences(context, tree);
     checkTexts(context, tree);
+    checkAnnotations(context, tree);
     for (const SubstanceTree& substance : tree.substances) {
         checkData(context, substance.self);
         for (const auto* entities : { &substance.phases, &substance.changes }) {

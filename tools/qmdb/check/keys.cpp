@@ -23,13 +23,22 @@ std::string_view trimmed(std::string_view text)
                                            : text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
-void reportUnknownKey(
-    Context& context, const Descriptor& descriptor, std::span<const KeyRule> keys, const std::string& key)
+/// The keys that descriptors of a kind may have.
+std::vector<std::string> namesOf(const format::DescriptorKind& kind)
 {
     std::vector<std::string> names;
-    for (const KeyRule& known : keys) {
-        names.emplace_back(textOf(known.key));
+    for (const KeyRule& rule : kind.keys) {
+        names.emplace_back(textOf(rule.key));
     }
+    for (const format::ToolKeyRule& rule : kind.toolKeys) {
+        names.emplace_back(rule.key);
+    }
+    return names;
+}
+
+void reportUnknownKey(Context& context, const Descriptor& descriptor, const std::vector<std::string>& names,
+    const std::string& key)
+{
     const bool onlyBlanks = trimmed(key) != key && std::ranges::find(names, trimmed(key)) != names.end();
     const auto near = nearMatches(names, trimmed(key));
     const std::string advice = onlyBlanks ? "remove the blanks beside \"=\": they belong to key and value"
@@ -170,10 +179,11 @@ void checkKeys(Context& context, const Descriptor& descriptor, const format::Des
                 fmt::format("add a line \"{}=...\"", textOf(rule.key)));
         }
     }
+    checkToolKeys(context, descriptor, kind);
+    const std::vector<std::string> names = namesOf(kind);
     for (const auto& [name, value] : descriptor.values()) {
-        const auto known = format::findKey(name);
-        if (!known || std::ranges::find(kind.keys, *known, &KeyRule::key) == kind.keys.end()) {
-            reportUnknownKey(context, descriptor, kind.keys, name);
+        if (std::ranges::find(names, name) == names.end()) {
+            reportUnknownKey(context, descriptor, names, name);
         }
     }
 }

@@ -1,64 +1,19 @@
 #include "check/lines.h"
 
+#include "annotations/InputFile.h"
+#include "annotations/scan.h"
+
 #include "format/CLineCutter.h"
-#include "format/innerText.h"
-#include "format/paths.h"
 #include "format/vocabulary.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace tool::check {
 
 namespace {
 
 using Cut = format::CLineCutter::Result;
-
-/// The bytes of a file.
-class InputFile {
-public:
-    /// Nothing waits, so that a FIFO cannot hang the check.
-    explicit InputFile(const std::string& path)
-        : descriptor_(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK))
-    {
-    }
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
-    ~InputFile()
-    {
-        if (isOpen()) {
-            ::close(descriptor_);
-        }
-    }
-
-    bool isOpen() const noexcept { return descriptor_ >= 0; }
-    bool isPlain() const noexcept
-    {
-        struct stat status { };
-        return ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
-    }
-
-    /// Gives the cutter more bytes; false when reading fails.
-    bool feed(format::CLineCutter& lines) const noexcept
-    {
-        const auto room = lines.room();
-        ssize_t count = 0;
-        do {
-            count = ::read(descriptor_, room.data(), room.size());
-        } while (count < 0 && errno == EINTR);
-        if (count >= 0) {
-            lines.received(static_cast<std::size_t>(count));
-        }
-        return count >= 0;
-    }
-
-private:
-    int descriptor_;
-};
 
 bool isUtf16(std::string_view bytes)
 {
@@ -160,7 +115,7 @@ private:
 
 std::string Context::pathOf(std::string_view file) const
 {
-    return format::text::toLocale(file.empty() ? root : format::joinPath(root, file));
+    return nativePath(root, file);
 }
 
 bool readLines(Context& context, const std::string& file, const std::function<void(const RawLine&)>& each)

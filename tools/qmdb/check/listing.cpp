@@ -1,5 +1,6 @@
 #include "check/listing.h"
 
+#include "annotations/scan.h"
 #include "common/characters.h"
 #include "common/encodings.h"
 #include "common/names.h"
@@ -61,13 +62,6 @@ bool isInterruptedAddition(std::string_view name)
     return name.ends_with(format::temporaryEnding);
 }
 
-/// The library's scans take these for directories; a link is what it leads to.
-bool countsAsDirectory(const fs::directory_entry& entry)
-{
-    std::error_code ignored;
-    return entry.is_directory(ignored) || entry.is_socket(ignored) || entry.is_block_file(ignored);
-}
-
 /// True when an entry leads to a directory or to one above it.
 bool leadsBack(const Context& context, const std::string& directory, const fs::path& entry)
 {
@@ -83,7 +77,7 @@ bool leadsBack(const Context& context, const std::string& directory, const fs::p
 void addEntry(Context& context, Listing& listing, const fs::directory_entry& entry)
 {
     const std::string name = format::text::fromLocale(entry.path().filename().native());
-    const Place place { join(listing.directory, name) };
+    const Place place { entryPath(listing.directory, name) };
     if (name.empty()) {
         context.findings.error("bad-name", { listing.directory },
             "the directory holds an entry whose name is no text in the locale's encoding", "rename it");
@@ -122,11 +116,6 @@ void reportStrayFile(Context& context, const Place& place, std::string_view name
 }
 
 } // namespace
-
-std::string join(std::string_view directory, std::string_view name)
-{
-    return directory.empty() ? std::string(name) : format::joinPath(directory, name);
-}
 
 std::vector<std::string> Listing::filesWith(std::string_view extension) const
 {
@@ -169,7 +158,7 @@ void reportStrayFiles(
     Context& context, const Listing& listing, std::initializer_list<std::string_view> expected)
 {
     for (const std::string& name : listing.files) {
-        const Place place { join(listing.directory, name) };
+        const Place place { entryPath(listing.directory, name) };
         if (std::ranges::find(expected, extensionOf(name)) != expected.end()) {
             continue;
         }
@@ -190,7 +179,7 @@ void reportUnreadFiles(Context& context, const std::string& directory)
     const Listing listing = list(context, directory);
     reportStrayFiles(context, listing, { format::dataExtension });
     for (const std::string& name : listing.directories) {
-        reportUnreadFiles(context, join(directory, name));
+        reportUnreadFiles(context, entryPath(directory, name));
     }
 }
 

@@ -8,9 +8,6 @@
 
 namespace tool::check {
 
-/// The path of an entry below the database's directory.
-std::string join(std::string_view directory, std::string_view name);
-
 /// The names in one directory, sorted, as the library's scans see them.
 struct Listing {
     std::string directory; ///< below the database's

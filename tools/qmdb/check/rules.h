@@ -11,6 +11,13 @@ namespace tool::check {
 /// Reports missing keys, keys that nobody reads, and values that are not what their keys call for.
 void checkKeys(Context& context, const Descriptor& descriptor, const format::DescriptorKind& kind);
 
+/// Reports what is wrong with the values of the keys that tools have defined.
+void checkToolKeys(Context& context, const Descriptor& descriptor, const format::DescriptorKind& kind);
+
+/// Reports arguments whose units nobody tells, items that do not fit the types of values, and symbols and
+/// aliases that several things go by.
+void checkAnnotations(Context& context, const Tree& tree);
+
 /// The number of a text in the string tables; none for a text under which none is looked up with success.
 std::optional<long> stringIdOf(std::string_view text);
 

@@ -1,5 +1,6 @@
 #include "check/tree.h"
 
+#include "annotations/scan.h"
 #include "check/listing.h"
 #include "check/rules.h"
 
@@ -16,7 +17,7 @@ std::vector<Descriptor> readFiles(
 {
     std::vector<Descriptor> descriptors;
     for (const std::string& name : listing.filesWith(kind.extension)) {
-        descriptors.emplace_back(context, join(listing.directory, name));
+        descriptors.emplace_back(context, entryPath(listing.directory, name));
         checkKeys(context, descriptors.back(), kind);
     }
     return descriptors;
@@ -79,7 +80,7 @@ void readSubdirectory(Context& context, const std::string& directory, SubstanceT
         return; // whatever is below it lies elsewhere
     }
     for (const std::string& name : listing.directories) {
-        reportUnreadFiles(context, join(directory, name));
+        reportUnreadFiles(context, entryPath(directory, name));
     }
 }
 
@@ -96,7 +97,7 @@ void readSubstance(Context& context, const std::string& directory, Tree& tree)
     }
     SubstanceTree substance { std::move(found.front()), {}, {} };
     for (const std::string& name : listing.directories) {
-        readSubdirectory(context, join(directory, name), substance);
+        readSubdirectory(context, entryPath(directory, name), substance);
     }
     if (substance.phases.empty()) {
         context.findings.error("no-phase", Place { substance.self.descriptor.file() }.behind(directory),

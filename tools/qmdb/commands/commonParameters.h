@@ -21,6 +21,8 @@ struct CommonParameter {
     std::string_view types;
     std::string_view states;
     bool vector = false; ///< vectors are allowed beside scalars
+    std::string_view symbol;
+    std::string_view argumentUnits; ///< empty when values have no arguments
     std::string_view remark;
 
     long nameId() const { return 100 + id; }

@@ -1,6 +1,6 @@
 #include "commands/commands.h"
 
-#include "check/ValueFiles.h"
+#include "annotations/Annotations.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
 #include "output/Progress.h"
@@ -35,7 +35,7 @@ class Export {
 public:
     explicit Export(const ExportOptions& options)
         : database_(options.location)
-        , files_(options.location.directory)
+        , annotations_(options.location.directory)
         , substances_(database_.substances())
         , exporter_(makeExporter(options))
     {
@@ -58,7 +58,8 @@ public:
 private:
     void addSubstance(const Substance& substance)
     {
-        exporter_->addSubstance(substance, compositionText(substance, substances_));
+        exporter_->addSubstance(
+            substance, annotations_.substance(substance.id), compositionText(substance, substances_));
         for (const Owner& owner : database_.owners(substance.id)) {
             exporter_->addOwner(substance, owner);
             for (const Parameter& parameter : database_.parameters(substance.id, owner)) {
@@ -71,10 +72,10 @@ private:
     {
         try {
             const Table table = database_.value(substance.id, owner, parameter.id);
-            const check::ValueNotes notes = files_.notes(substance.id, owner, parameter.id);
-            warnOfMisreadings(notes, substance, owner, parameter);
+            const ParameterNotes notes = annotations_.parameter(substance.id, owner, parameter);
+            warnOfMisreadings(annotations_, notes.dataFile, substance, owner, parameter);
             exporter_->addValue({ substance, compositionText(substance, substances_), owner, parameter, table,
-                notes.comments });
+                annotations_.substance(substance.id), notes, annotations_.comments(notes.dataFile) });
         } catch (const UnreadableValue& failure) {
             fmt::print(stderr, "qmdb: warning: {} of {} is left out: {}\n", parameter.name,
                 ownerText(substance, owner), failure.what());
@@ -83,7 +84,7 @@ private:
     }
 
     Database database_;
-    check::ValueFiles files_;
+    Annotations annotations_;
     std::vector<Substance> substances_;
     std::unique_ptr<Exporter> exporter_;
     bool whole_ = true;

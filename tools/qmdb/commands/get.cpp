@@ -1,6 +1,6 @@
 #include "commands/commands.h"
 
-#include "check/ValueFiles.h"
+#include "annotations/Annotations.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
 #include "common/names.h"
@@ -19,6 +19,7 @@ struct GetOptions {
     std::string parameter;
     bool csv = false;
     bool json = false;
+    bool source = false;
 };
 
 Json pointJson(const Table& table, const Point& point)
@@ -36,20 +37,28 @@ Json ownerJson(const Owner& owner)
                                                 : Json { { "id", owner.id }, { "name", owner.name } };
 }
 
-std::string valueJson(
-    const Substance& substance, const Owner& owner, const Parameter& parameter, const Table& table)
+std::string valueJson(const Substance& substance, const Owner& owner, const Parameter& parameter,
+    const ParameterNotes& notes, const Table& table)
 {
     Json json { { "substance", { { "id", substance.id }, { "name", substance.name } } } };
     if (owner.kind != Owner::Kind::Substance) {
         json[owner.kind == Owner::Kind::Phase ? "phase" : "change"] = ownerJson(owner);
     }
-    json["parameter"] = parameterJson(parameter);
+    json["parameter"] = parameterJson(parameter, notes);
     json["arguments"] = argumentNames(parameter.type);
     json["rows"] = Json::array();
     for (const Point& point : table.points) {
         json["rows"].push_back(pointJson(table, point));
     }
     return dump(json);
+}
+
+/// A comment line with the source and the accuracy.
+void printSource(Output& output, const ValueNotes& notes)
+{
+    const std::string source = sourceText(notes);
+    output.print(
+        "# {}{}\n", source.empty() ? "" : "Source: ", source.empty() ? "no source is given" : source);
 }
 
 int runGet(const GetOptions& options)
@@ -59,15 +68,19 @@ int runGet(const GetOptions& options)
     const Owner owner = chooseOwners(database, substance, options.owner).front();
     const Parameter parameter = chooseParameter(database, substance, owner, options.parameter);
     const Table table = database.value(substance.id, owner, parameter.id);
-    check::ValueFiles files(options.location.directory, substance.id);
-    warnOfMisreadings(files.notes(substance.id, owner, parameter.id), substance, owner, parameter);
+    const Annotations annotations(options.location.directory);
+    const ParameterNotes notes = annotations.parameter(substance.id, owner, parameter);
+    warnOfMisreadings(annotations, notes.dataFile, substance, owner, parameter);
     Output output;
+    if (options.source && !options.json) {
+        printSource(output, notes);
+    }
     if (options.json) {
-        output.print("{}\n", valueJson(substance, owner, parameter, table));
+        output.print("{}\n", valueJson(substance, owner, parameter, notes, table));
     } else if (options.csv) {
-        printCsv(output, parameter, table);
+        printCsv(output, parameter, notes, table);
     } else {
-        printAligned(output, ownerText(substance, owner), parameter, table);
+        printAligned(output, ownerText(substance, owner), parameter, notes, table);
     }
     output.finish();
     return ExitDone;
@@ -90,6 +103,8 @@ void addGetCommand(CLI::App& app, Action& action)
     command->get_option("--change")->expected(1);
     auto* csv = command->add_flag("--csv", options->csv, "As CSV with a head line");
     command->add_flag("--json", options->json, "As JSON")->excludes(csv);
+    command->add_flag("--source", options->source,
+        "Begin with a comment line: where the value comes from, and how accurate it is; JSON always tells");
 }
 
 } // namespace tool

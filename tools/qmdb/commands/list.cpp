@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "annotations/Annotations.h"
 #include "common/names.h"
 #include "output/Output.h"
 #include "output/Progress.h"
@@ -16,6 +17,7 @@ struct ListOptions {
     Location location;
     std::string substance;
     bool json = false;
+    bool sources = false;
 };
 
 std::vector<Range> rangesOf(const Table& table)
@@ -29,12 +31,19 @@ std::vector<Range> rangesOf(const Table& table)
     return ranges;
 }
 
+/// What a listing reads from.
+struct Place {
+    const Database& database;
+    const Annotations& annotations;
+};
+
 ListedParameter listParameter(
-    const Database& database, const Substance& substance, const Owner& owner, const Parameter& parameter)
+    const Place& place, const Substance& substance, const Owner& owner, const Parameter& parameter)
 {
-    ListedParameter listed { parameter, 0, {}, {} };
+    const ParameterNotes notes = place.annotations.parameter(substance.id, owner, parameter);
+    ListedParameter listed { parameter, notes, 0, {}, {} };
     try {
-        const Table table = database.value(substance.id, owner, parameter.id);
+        const Table table = place.database.value(substance.id, owner, parameter.id);
         listed.points = table.points.size();
         listed.ranges = rangesOf(table);
     } catch (const UnreadableValue& failure) {
@@ -43,13 +52,13 @@ ListedParameter listParameter(
     return listed;
 }
 
-ListedSubstance listSubstance(const Database& database, const Substance& substance)
+ListedSubstance listSubstance(const Place& place, const Substance& substance)
 {
-    ListedSubstance listed { substance, {} };
-    for (const Owner& owner : database.owners(substance.id)) {
+    ListedSubstance listed { substance, place.annotations.substance(substance.id), {} };
+    for (const Owner& owner : place.database.owners(substance.id)) {
         listed.owners.push_back({ owner, {} });
-        for (const Parameter& parameter : database.parameters(substance.id, owner)) {
-            listed.owners.back().parameters.push_back(listParameter(database, substance, owner, parameter));
+        for (const Parameter& parameter : place.database.parameters(substance.id, owner)) {
+            listed.owners.back().parameters.push_back(listParameter(place, substance, owner, parameter));
         }
     }
     return listed;
@@ -71,11 +80,12 @@ int runList(const ListOptions& options)
     if (!options.substance.empty()) {
         wanted = { choose(all, options.substance, "substance") };
     }
+    const Annotations annotations(options.location.directory);
     std::vector<ListedSubstance> listed;
     {
         Progress progress(wanted.size());
         for (const Substance& substance : wanted) {
-            listed.push_back(listSubstance(database, substance));
+            listed.push_back(listSubstance({ database, annotations }, substance));
             progress.step();
         }
     }
@@ -83,7 +93,7 @@ int runList(const ListOptions& options)
     if (options.json) {
         output.print("{}\n", listJson(listed));
     } else {
-        printTree(output, listed, all);
+        printTree(output, listed, all, options.sources ? TreeColumns::Sources : TreeColumns::Values);
     }
     output.finish();
     return std::ranges::all_of(listed, isWhole) ? ExitDone : ExitFindings;
@@ -98,7 +108,9 @@ void addListCommand(CLI::App& app, Action& action)
         "Show substances with their phases, phase changes and parameters", options, runList);
     command->add_option("SUBSTANCE", options->substance, "Only this substance, by name or number")
         ->check(notEmpty());
-    command->add_flag("--json", options->json, "As JSON");
+    auto* json = command->add_flag("--json", options->json, "As JSON");
+    command->add_flag("--sources", options->sources, "Where each value comes from, and how accurate it is")
+        ->excludes(json);
 }
 
 } // namespace tool

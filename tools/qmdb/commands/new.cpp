@@ -33,7 +33,8 @@ The files with the extension "prd" describe the parameters that substances, phas
 have, one each. Change them, remove them and add others as you need them; a parameter's number, once
 used, should stay. Their names and units stand in two tables, default.lst (English) and strings.lst
 (Russian), under the numbers in "NameID" and "UnitsID"; give own descriptions numbers of their own there,
-or leave "NameID" and "UnitsID" out.
+or leave "NameID" and "UnitsID" out. "Symbol" is the short name of a parameter, "ArgumentUnits" the units of
+pressures and temperatures in its tables.
 
 Types: C constant, t and p table of one argument, T and X table of two arguments.
 States: S solid, L liquid, V gas; a parameter without states is for substances and phase changes.
@@ -49,11 +50,13 @@ std::string line(std::string_view key, std::string_view value)
 std::string descriptionText(const CommonParameter& parameter)
 {
     const CommonUnits& units = unitsOf(parameter);
-    return std::string(vocabulary::utf8Mark) + line("AvForPhases", parameter.states) + line("Binary", "0")
-        + line("DataTypes", parameter.types) + line("ID", std::to_string(parameter.id))
+    const std::string argumentUnits
+        = parameter.argumentUnits.empty() ? "" : line("ArgumentUnits", parameter.argumentUnits);
+    return std::string(vocabulary::utf8Mark) + argumentUnits + line("AvForPhases", parameter.states)
+        + line("Binary", "0") + line("DataTypes", parameter.types) + line("ID", std::to_string(parameter.id))
         + line("Name", parameter.name) + line("NameID", std::to_string(parameter.nameId()))
-        + line("Scalar", "1") + line("Units", units.text) + line("UnitsID", std::to_string(units.id))
-        + line("Vector", parameter.vector ? "1" : "0");
+        + line("Scalar", "1") + line("Symbol", parameter.symbol) + line("Units", units.text)
+        + line("UnitsID", std::to_string(units.id)) + line("Vector", parameter.vector ? "1" : "0");
 }
 
 std::string tableText(bool russian)

@@ -1,8 +1,9 @@
 #include "commands/commands.h"
 
-#include "check/ValueFiles.h"
+#include "annotations/Annotations.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
+#include "common/characters.h"
 #include "common/names.h"
 #include "output/gnuplot.h"
 
@@ -28,21 +29,23 @@ struct Drawn {
     Owner owner;
     Parameter parameter;
     Table table;
+    ParameterNotes notes;
 };
 
 /// The values to draw: each substance with each phase or change.
 std::vector<Drawn> readValues(const Database& database, const PlotOptions& options)
 {
     const std::vector<Substance> all = database.substances();
+    const Annotations annotations(options.location.directory);
     std::vector<Drawn> values;
     for (auto name = options.names.begin(); name + 1 != options.names.end(); ++name) {
         const Substance substance = choose(all, *name, "substance");
-        check::ValueFiles files(options.location.directory, substance.id);
         for (const Owner& owner : chooseOwners(database, substance, options.owner)) {
             const Parameter parameter = chooseParameter(database, substance, owner, options.names.back());
-            warnOfMisreadings(files.notes(substance.id, owner, parameter.id), substance, owner, parameter);
+            const ParameterNotes notes = annotations.parameter(substance.id, owner, parameter);
+            warnOfMisreadings(annotations, notes.dataFile, substance, owner, parameter);
             values.push_back(
-                { substance, owner, parameter, database.value(substance.id, owner, parameter.id) });
+                { substance, owner, parameter, database.value(substance.id, owner, parameter.id), notes });
         }
     }
     return values;
@@ -113,8 +116,9 @@ std::string curveTitle(
         parts.emplace_back(componentName(drawn.table.components, component));
     }
     if (drawn.table.arguments > 1) {
-        parts.push_back(
-            fmt::format("{} = {}", argumentNames(drawn.parameter.type).front(), point.arguments[0]));
+        const std::string& units = drawn.notes.arguments.front().units;
+        parts.push_back(fmt::format("{} = {}{}{}", argumentNames(drawn.parameter.type).front(),
+            point.arguments[0], units.empty() ? "" : " ", printable(units)));
     }
     return fmt::format("{}", fmt::join(parts, ", "));
 }
@@ -158,7 +162,7 @@ Picture pictureOf(const std::vector<Drawn>& values)
     const Drawn& first = values.front();
     Picture picture;
     picture.title = titleOf(values);
-    picture.xLabel = argumentNames(first.parameter.type).back();
+    picture.xLabel = printable(first.notes.arguments.back().label);
     picture.yLabel = withUnits(first.parameter);
     picture.family = values.size() == 1 && first.table.arguments > 1 && first.table.components == 1;
     for (const Drawn& drawn : values) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "database/entities.h"
+#include "annotations/Annotations.h"
 #include "database/flatTable.h"
 
 #include <string>
@@ -14,14 +14,16 @@ struct ExportedValue {
     const Owner& owner;
     const Parameter& parameter;
     const Table& table;
-    std::string comments; ///< of the data file: what the numbers are, their units, their source
+    const SubstanceNotes& substanceNotes;
+    const ParameterNotes& notes;
+    std::string comments; ///< of the data file: what the numbers are
 };
 
 /// Takes a database piece by piece, each substance before what belongs to it.
 class Exporter {
 public:
     virtual ~Exporter() = default;
-    virtual void addSubstance(const Substance&, const std::string& /*composition*/) { }
+    virtual void addSubstance(const Substance&, const SubstanceNotes&, const std::string& /*composition*/) { }
     virtual void addOwner(const Substance&, const Owner&) { }
     virtual void addValue(const ExportedValue& value) = 0;
     virtual void finish() = 0;

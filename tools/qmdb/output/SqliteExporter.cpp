@@ -12,8 +12,8 @@ PRAGMA journal_mode = OFF;
 PRAGMA synchronous = OFF;
 BEGIN;
 CREATE TABLE substance (
-    id INTEGER PRIMARY KEY, name TEXT NOT NULL, comment TEXT NOT NULL, mixture INTEGER NOT NULL,
-    composition TEXT);
+    id INTEGER PRIMARY KEY, name TEXT NOT NULL, formula TEXT, cas TEXT, aliases TEXT,
+    comment TEXT NOT NULL, mixture INTEGER NOT NULL, composition TEXT);
 CREATE TABLE component (
     substance_id INTEGER NOT NULL REFERENCES substance, position INTEGER NOT NULL,
     component_id INTEGER NOT NULL, molar_fraction REAL,
@@ -26,11 +26,14 @@ CREATE TABLE phase_change (
     substance_id INTEGER NOT NULL REFERENCES substance, id INTEGER NOT NULL, name TEXT NOT NULL,
     phase1_id INTEGER NOT NULL, phase2_id INTEGER NOT NULL,
     PRIMARY KEY (substance_id, id)) WITHOUT ROWID;
-CREATE TABLE parameter (id INTEGER PRIMARY KEY, name TEXT NOT NULL, units TEXT NOT NULL);
+CREATE TABLE parameter (
+    id INTEGER PRIMARY KEY, name TEXT NOT NULL, symbol TEXT, units TEXT NOT NULL);
 CREATE TABLE property (
     id INTEGER PRIMARY KEY, substance_id INTEGER NOT NULL REFERENCES substance, phase_id INTEGER,
     change_id INTEGER, parameter_id INTEGER NOT NULL REFERENCES parameter, type TEXT NOT NULL,
-    vector INTEGER NOT NULL, first_argument_name TEXT, second_argument_name TEXT, comments TEXT NOT NULL,
+    vector INTEGER NOT NULL, source TEXT, accuracy TEXT, comments TEXT NOT NULL,
+    first_argument_name TEXT, first_argument_units TEXT,
+    second_argument_name TEXT, second_argument_units TEXT,
     FOREIGN KEY (substance_id, phase_id) REFERENCES phase,
     FOREIGN KEY (substance_id, change_id) REFERENCES phase_change);
 CREATE TABLE point (
@@ -45,10 +48,11 @@ CREATE INDEX property_substance ON property (substance_id, parameter_id);
 CREATE INDEX property_parameter ON property (parameter_id);
 CREATE INDEX point_argument ON point (property_id, first_argument, second_argument);
 CREATE VIEW tidy AS
-    SELECT s.id AS substance_id, s.name AS substance, s.composition, r.phase_id, h.name AS phase, h.state,
-        r.change_id, c.name AS change, r.parameter_id, m.name AS parameter, m.units, r.type, r.comments,
-        r.first_argument_name, r.second_argument_name, p.first_argument, p.second_argument,
-        NULLIF(p.component, '') AS component, p.value
+    SELECT s.id AS substance_id, s.name AS substance, s.formula, s.cas, s.aliases, s.composition, r.phase_id,
+        h.name AS phase, h.state, r.change_id, c.name AS change, r.parameter_id, m.name AS parameter,
+        m.symbol, m.units, r.type, r.source, r.accuracy, r.comments, r.first_argument_name,
+        r.first_argument_units, r.second_argument_name, r.second_argument_units, p.first_argument,
+        p.second_argument, NULLIF(p.component, '') AS component, p.value
     FROM point p JOIN property r ON r.id = p.property_id JOIN substance s ON s.id = r.substance_id
         JOIN parameter m ON m.id = r.parameter_id
         LEFT JOIN phase h ON h.substance_id = r.substance_id AND h.id = r.phase_id
@@ -63,20 +67,21 @@ public:
         : file_(file, OutputFile::Existing::Refuse) // nothing that a user has is ever replaced
         , database_(file_.path())
         , layout_(database_)
-        , substance_(database_, "INSERT INTO substance VALUES (?, ?, ?, ?, ?)")
+        , substance_(database_, "INSERT INTO substance VALUES (?, ?, ?, ?, ?, ?, ?, ?)")
         , component_(database_, "INSERT INTO component VALUES (?, ?, ?, ?)")
         , phase_(database_, "INSERT INTO phase VALUES (?, ?, ?, ?)")
         , change_(database_, "INSERT INTO phase_change VALUES (?, ?, ?, ?, ?)")
-        , parameter_(database_, "INSERT OR IGNORE INTO parameter VALUES (?, ?, ?)")
-        , property_(database_, "INSERT INTO property VALUES (NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+        , parameter_(database_, "INSERT OR IGNORE INTO parameter VALUES (?, ?, ?, ?)")
+        , property_(database_, "INSERT INTO property VALUES (NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
         , point_(database_, "INSERT INTO point VALUES (?, ?, ?, ?, ?, ?)")
     {
     }
 
-    void addSubstance(const Substance& substance, const std::string& composition) override
+    void addSubstance(
+        const Substance& substance, const SubstanceNotes& notes, const std::string& composition) override
     {
-        const auto mixed = composition.empty() ? std::nullopt : std::optional(composition);
-        substance_.run(substance.id, substance.name, substance.comment, substance.mixture, mixed);
+        substance_.run(substance.id, substance.name, given(notes.formula), given(notes.cas),
+            given(aliasesText(notes)), substance.comment, substance.mixture, given(composition));
         long position = 0;
         for (const COMPONENT& component : substance.composition) {
             component_.run(substance.id, position++, component.matterId, component.molarFraction);
@@ -94,11 +99,13 @@ public:
 
     void addValue(const ExportedValue& value) override
     {
-        const auto& [substance, composition, owner, parameter, table, comments] = value;
-        parameter_.run(parameter.id, parameter.name, parameter.units);
+        const auto& [substance, composition, owner, parameter, table, unused, notes, comments] = value;
+        parameter_.run(parameter.id, parameter.name, given(notes.symbol), parameter.units);
         property_.run(substance.id, idOf(owner, Owner::Kind::Phase), idOf(owner, Owner::Kind::Change),
-            parameter.id, typeLetter(parameter.type), long { parameter.vector }, nameOf(parameter, 0),
-            nameOf(parameter, 1), comments);
+            parameter.id, typeLetter(parameter.type), long { parameter.vector }, given(notes.source),
+            given(notes.accuracy), comments, ofArgument(notes, 0, &ArgumentNotes::name),
+            ofArgument(notes, 0, &ArgumentNotes::units), ofArgument(notes, 1, &ArgumentNotes::name),
+            ofArgument(notes, 1, &ArgumentNotes::units));
         const long property = database_.lastRow();
         long position = 0;
         for (const Point& point : table.points) {
@@ -123,10 +130,15 @@ private:
         return owner.kind == kind ? std::optional(owner.id) : std::nullopt;
     }
 
-    static std::optional<std::string_view> nameOf(const Parameter& parameter, std::size_t argument)
+    static std::optional<std::string> given(const std::string& text)
     {
-        const auto names = argumentNames(parameter.type);
-        return argument < names.size() ? std::optional(names[argument]) : std::nullopt;
+        return text.empty() ? std::nullopt : std::optional(text);
+    }
+
+    static std::optional<std::string> ofArgument(
+        const ParameterNotes& notes, std::size_t index, std::string ArgumentNotes::*what)
+    {
+        return index < notes.arguments.size() ? given(notes.arguments[index].*what) : std::nullopt;
     }
 
     static std::optional<double> argumentOf(const Table& table, const Point& point, std::size_t index)

@@ -19,26 +19,35 @@ Json given(bool present, const Value& value)
     return present ? Json(value) : Json();
 }
 
-Json argumentName(const Parameter& parameter, std::size_t index)
+Json given(const std::string& text)
 {
-    const auto names = argumentNames(parameter.type);
-    return given(index < names.size(), index < names.size() ? names[index] : "");
+    return given(!text.empty(), text);
+}
+
+ArgumentNotes argumentOf(const ParameterNotes& notes, std::size_t index)
+{
+    return index < notes.arguments.size() ? notes.arguments[index] : ArgumentNotes();
 }
 
 /// The columns that all rows of a value share.
 Json sharedColumns(const ExportedValue& value)
 {
-    const auto& [substance, composition, owner, parameter, table, comments] = value;
+    const auto& [substance, composition, owner, parameter, table, substanceNotes, notes, comments] = value;
+    const ArgumentNotes first = argumentOf(notes, 0);
+    const ArgumentNotes second = argumentOf(notes, 1);
     const bool phase = owner.kind == Owner::Kind::Phase;
     const bool change = owner.kind == Owner::Kind::Change;
     return { { "substance_id", substance.id }, { "substance", substance.name },
-        { "composition", given(!composition.empty(), composition) }, { "phase_id", given(phase, owner.id) },
-        { "phase", given(phase, owner.name) }, { "state", given(phase, stateText(owner.state)) },
-        { "change_id", given(change, owner.id) }, { "change", given(change, owner.name) },
-        { "parameter_id", parameter.id }, { "parameter", parameter.name }, { "units", parameter.units },
-        { "type", typeLetter(parameter.type) }, { "comments", comments },
-        { "first_argument_name", argumentName(parameter, 0) },
-        { "second_argument_name", argumentName(parameter, 1) } };
+        { "formula", given(substanceNotes.formula) }, { "cas", given(substanceNotes.cas) },
+        { "aliases", given(aliasesText(substanceNotes)) }, { "composition", given(composition) },
+        { "phase_id", given(phase, owner.id) }, { "phase", given(phase, owner.name) },
+        { "state", given(phase, stateText(owner.state)) }, { "change_id", given(change, owner.id) },
+        { "change", given(change, owner.name) }, { "parameter_id", parameter.id },
+        { "parameter", parameter.name }, { "symbol", given(notes.symbol) }, { "units", parameter.units },
+        { "type", typeLetter(parameter.type) }, { "source", given(notes.source) },
+        { "accuracy", given(notes.accuracy) }, { "comments", comments },
+        { "first_argument_name", given(first.name) }, { "first_argument_units", given(first.units) },
+        { "second_argument_name", given(second.name) }, { "second_argument_units", given(second.units) } };
 }
 
 constexpr auto numberColumns = { "first_argument", "second_argument", "component", "value" };
@@ -85,7 +94,7 @@ public:
     explicit CsvExporter(const std::string& file)
         : TidyExporter(file)
     {
-        const Json columns = sharedColumns({ {}, {}, {}, {}, {}, {} });
+        const Json columns = sharedColumns({ {}, {}, {}, {}, {}, {}, {}, {} });
         for (const auto& [name, value] : columns.items()) {
             output_.print("{},", name);
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "annotations/Annotations.h"
 #include "database/Database.h"
 
 #include <nlohmann/json.hpp>
@@ -14,11 +15,25 @@ inline std::string dump(const Json& json, int indent = -1)
     return json.dump(indent, ' ', false, Json::error_handler_t::replace);
 }
 
-/// What a parameter is: ID, name, units, type and form.
-inline Json parameterJson(const Parameter& parameter)
+/// A text, or null for an empty one.
+inline Json textJson(const std::string& text)
 {
-    return { { "id", parameter.id }, { "name", parameter.name }, { "units", parameter.units },
-        { "type", typeLetter(parameter.type) }, { "vector", parameter.vector } };
+    return text.empty() ? Json() : Json(text);
+}
+
+/// What a parameter is, and where its value comes from.
+inline Json parameterJson(const Parameter& parameter, const ParameterNotes& notes)
+{
+    Json names = Json::array();
+    Json units = Json::array();
+    for (const ArgumentNotes& argument : notes.arguments) {
+        names.push_back(textJson(argument.name));
+        units.push_back(textJson(argument.units));
+    }
+    return { { "id", parameter.id }, { "name", parameter.name }, { "symbol", textJson(notes.symbol) },
+        { "units", parameter.units }, { "type", typeLetter(parameter.type) }, { "vector", parameter.vector },
+        { "argumentNames", names }, { "argumentUnits", units }, { "source", textJson(notes.source) },
+        { "accuracy", textJson(notes.accuracy) } };
 }
 
 } // namespace tool

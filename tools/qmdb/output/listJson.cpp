@@ -8,7 +8,7 @@ namespace {
 
 Json toJson(const ListedParameter& listed)
 {
-    Json json = parameterJson(listed.parameter);
+    Json json = parameterJson(listed.parameter, listed.notes);
     if (!listed.error.empty()) {
         json["error"] = listed.error;
         return json;
@@ -48,7 +48,9 @@ Json toJson(const ListedOwner& listed)
 Json toJson(const ListedSubstance& listed)
 {
     const Substance& substance = listed.substance;
-    Json json { { "id", substance.id }, { "name", substance.name }, { "comment", substance.comment },
+    const SubstanceNotes& notes = listed.notes;
+    Json json { { "id", substance.id }, { "name", substance.name }, { "formula", textJson(notes.formula) },
+        { "aliases", notes.aliases }, { "cas", textJson(notes.cas) }, { "comment", substance.comment },
         { "mixture", substance.mixture }, { "composition", Json::array() }, { "parameters", Json::array() },
         { "phases", Json::array() }, { "changes", Json::array() } };
     for (const COMPONENT& component : substance.composition) {

@@ -1,5 +1,6 @@
 #include "output/listTree.h"
 
+#include "common/characters.h"
 #include "common/names.h"
 #include "common/numbers.h"
 #include "output/columns.h"
@@ -24,29 +25,43 @@ std::string rangeText(const ListedParameter& listed)
     const auto names = argumentNames(listed.parameter.type);
     std::string text;
     for (std::size_t i = 0; i < listed.ranges.size(); ++i) {
-        text += fmt::format("{}{} {} to {}", i == 0 ? "" : ", ", names[i], numberText(listed.ranges[i].least),
-            numberText(listed.ranges[i].most));
+        const std::string units = i < listed.notes.arguments.size() ? listed.notes.arguments[i].units : "";
+        text += fmt::format("{}{} {} to {}{}{}", i == 0 ? "" : ", ", names[i],
+            numberText(listed.ranges[i].least), numberText(listed.ranges[i].most), units.empty() ? "" : " ",
+            printable(units));
     }
     return text;
 }
 
-Line parameterLine(std::string branch, const ListedParameter& listed)
+std::vector<std::string> valueColumns(const ListedParameter& listed)
 {
     const Parameter& parameter = listed.parameter;
-    Line line { std::move(branch), label(parameter.name, parameter.id), {}, listed.error };
-    line.columns = { typeText(parameter.type), parameter.vector ? "vector" : "scalar" };
+    std::vector<std::string> columns { typeText(parameter.type), parameter.vector ? "vector" : "scalar" };
     if (listed.error.empty()) {
         const std::string points
             = fmt::format("{} {}", listed.points, listed.points == 1 ? "point" : "points");
-        line.columns.insert(line.columns.end(), { points, parameter.units, rangeText(listed) });
+        columns.insert(columns.end(), { points, parameter.units, rangeText(listed) });
     }
-    return line;
+    return columns;
 }
 
-std::string substanceText(const Substance& substance, const std::vector<Substance>& all)
+std::vector<std::string> sourceColumns(const ListedParameter& listed)
 {
+    const std::string source = sourceText(listed.notes);
+    return { source.empty() ? "no source is given" : source };
+}
+
+Line parameterLine(std::string branch, const ListedParameter& listed, TreeColumns columns)
+{
+    return { std::move(branch), label(listed.parameter.name, listed.parameter.id),
+        columns == TreeColumns::Sources ? sourceColumns(listed) : valueColumns(listed), listed.error };
+}
+
+std::string substanceText(const ListedSubstance& listed, const std::vector<Substance>& all)
+{
+    const Substance& substance = listed.substance;
     const std::string parts = compositionText(substance, all);
-    std::string text;
+    std::string text = (listed.notes.formula.empty() ? "" : ", ") + printable(listed.notes.formula);
     if (substance.mixture > 0) {
         text += fmt::format(", mixture{}{}", parts.empty() ? "" : " of ", parts);
     }
@@ -68,7 +83,8 @@ std::string ownerLine(const Owner& owner, const ListedSubstance& substance)
         nameById(owner.phase2, phases));
 }
 
-void appendOwner(std::vector<Line>& lines, const ListedSubstance& substance, std::size_t index)
+void appendOwner(
+    std::vector<Line>& lines, const ListedSubstance& substance, std::size_t index, TreeColumns columns)
 {
     const ListedOwner& listed = substance.owners[index];
     const bool self = listed.owner.kind == Owner::Kind::Substance;
@@ -79,15 +95,15 @@ void appendOwner(std::vector<Line>& lines, const ListedSubstance& substance, std
     const std::string trunk = self ? "" : lastOwner ? "   " : "│  ";
     for (std::size_t i = 0; i < listed.parameters.size(); ++i) {
         const bool last = i + 1 == listed.parameters.size() && (!self || lastOwner);
-        lines.push_back(parameterLine(trunk + (last ? "└─ " : "├─ "), listed.parameters[i]));
+        lines.push_back(parameterLine(trunk + (last ? "└─ " : "├─ "), listed.parameters[i], columns));
     }
 }
 
-std::vector<Line> linesOf(const ListedSubstance& listed)
+std::vector<Line> linesOf(const ListedSubstance& listed, TreeColumns columns)
 {
     std::vector<Line> lines;
     for (std::size_t i = 0; i < listed.owners.size(); ++i) {
-        appendOwner(lines, listed, i);
+        appendOwner(lines, listed, i, columns);
     }
     return lines;
 }
@@ -129,19 +145,20 @@ void printLine(Output& output, const Line& line, const std::array<std::size_t, 6
 
 } // namespace
 
-void printTree(Output& output, const std::vector<ListedSubstance>& listed, const std::vector<Substance>& all)
+void printTree(Output& output, const std::vector<ListedSubstance>& listed, const std::vector<Substance>& all,
+    TreeColumns columns)
 {
     std::vector<std::vector<Line>> trees;
     trees.reserve(listed.size());
     for (const ListedSubstance& substance : listed) {
-        trees.push_back(linesOf(substance));
+        trees.push_back(linesOf(substance, columns));
     }
     const auto widths = widthsOf(trees);
     for (std::size_t i = 0; i < listed.size(); ++i) {
         const Substance& substance = listed[i].substance;
         output.print("{}{}{}\n", i == 0 ? "" : "\n",
             output.styled(fmt::emphasis::bold, label(substance.name, substance.id)),
-            substanceText(substance, all));
+            substanceText(listed[i], all));
         for (const Line& line : trees[i]) {
             printLine(output, line, widths);
         }

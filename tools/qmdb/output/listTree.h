@@ -1,5 +1,6 @@
 #pragma once
 
+#include "annotations/Annotations.h"
 #include "database/Database.h"
 #include "output/Output.h"
 
@@ -15,6 +16,7 @@ struct Range {
 
 struct ListedParameter {
     Parameter parameter;
+    ParameterNotes notes;
     std::size_t points = 0;
     std::vector<Range> ranges; ///< of the arguments
     std::string error; ///< why the value cannot be read; else empty
@@ -27,10 +29,17 @@ struct ListedOwner {
 
 struct ListedSubstance {
     Substance substance;
+    SubstanceNotes notes;
     std::vector<ListedOwner> owners; ///< the substance itself first
 };
 
+enum class TreeColumns {
+    Values, ///< type, points, units and ranges of the arguments
+    Sources, ///< source and accuracy
+};
+
 /// An aligned tree. `all` are the substances of the database: mixtures name their components.
-void printTree(Output& output, const std::vector<ListedSubstance>& listed, const std::vector<Substance>& all);
+void printTree(Output& output, const std::vector<ListedSubstance>& listed, const std::vector<Substance>& all,
+    TreeColumns columns);
 
 } // namespace tool

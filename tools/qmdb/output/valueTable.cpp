@@ -1,5 +1,6 @@
 #include "output/valueTable.h"
 
+#include "common/characters.h"
 #include "common/numbers.h"
 #include "output/columns.h"
 
@@ -17,11 +18,11 @@ std::string columnName(const Parameter& parameter, std::size_t components, std::
         parameter.units.empty() ? "" : ", ", parameter.units);
 }
 
-std::vector<std::string> headOf(const Parameter& parameter, const Table& table)
+std::vector<std::string> headOf(const Parameter& parameter, const ParameterNotes& notes, const Table& table)
 {
     std::vector<std::string> head;
-    for (const std::string_view argument : argumentNames(parameter.type)) {
-        head.emplace_back(argument);
+    for (const ArgumentNotes& argument : notes.arguments) {
+        head.push_back(printable(argument.label));
     }
     for (std::size_t i = 0; i < table.components; ++i) {
         head.push_back(columnName(parameter, table.components, i));
@@ -67,13 +68,14 @@ std::string csvField(std::string_view text)
     return field + "\"";
 }
 
-void printAligned(Output& output, std::string_view owner, const Parameter& parameter, const Table& table)
+void printAligned(Output& output, std::string_view owner, const Parameter& parameter,
+    const ParameterNotes& notes, const Table& table)
 {
     if (table.arguments == 0) {
         printConstant(output, parameter, table);
         return;
     }
-    std::vector<std::vector<std::string>> rows { headOf(parameter, table) };
+    std::vector<std::vector<std::string>> rows { headOf(parameter, notes, table) };
     for (const Point& point : table.points) {
         rows.push_back(cellsOf(table, point));
     }
@@ -89,9 +91,9 @@ void printAligned(Output& output, std::string_view owner, const Parameter& param
     }
 }
 
-void printCsv(Output& output, const Parameter& parameter, const Table& table)
+void printCsv(Output& output, const Parameter& parameter, const ParameterNotes& notes, const Table& table)
 {
-    std::vector<std::string> head = headOf(parameter, table);
+    std::vector<std::string> head = headOf(parameter, notes, table);
     std::ranges::transform(head, head.begin(), csvField);
     output.print("{}\n", fmt::join(head, ","));
     for (const Point& point : table.points) {

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "database/entities.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tool {
+
+/// What a substance's descriptor tells beside what the library hands out. What is not given is empty.
+struct SubstanceNotes {
+    std::string formula;
+    std::vector<std::string> aliases;
+    std::string cas;
+};
+
+/// The aliases as the descriptor lists them: "H2O;R718".
+std::string aliasesText(const SubstanceNotes& notes);
+
+/// The same of a parameter description.
+struct DescriptionNotes {
+    std::string symbol;
+    std::string argumentUnits; ///< items, as they stand
+    std::string argumentName;
+};
+
+struct ArgumentNotes {
+    std::string name; ///< "temperature" and the like; empty when nobody knows
+    std::string units; ///< empty when nobody knows
+    std::string label; ///< short, with units, for axes and heads: "T, K"
+};
+
+/// The arguments of values of a type, first argument first.
+std::vector<ArgumentNotes> argumentsOf(const DescriptionNotes& description, PARAM_TYPE type);
+
+/// What belongs to one value.
+struct ValueNotes {
+    std::string source;
+    std::string accuracy;
+    std::string dataFile; ///< its path below the database's directory; empty when that is not known
+};
+
+/// Both in one line without control characters: "Source (accuracy 1 %)"; empty when nothing is given.
+std::string sourceText(const ValueNotes& notes);
+
+/// What a command shows of a value beside its numbers.
+struct ParameterNotes : ValueNotes {
+    std::string symbol;
+    std::vector<ArgumentNotes> arguments;
+};
+
+/// What a database's files tell that the exported functions do not.
+///
+/// Files are found as the library finds them, each when it is first asked for. Where several things share an
+/// ID, nothing is told of them: which one the library shows is left to the file system.
+class Annotations {
+public:
+    explicit Annotations(std::string directory);
+    Annotations(const Annotations&) = delete;
+    Annotations& operator=(const Annotations&) = delete;
+    ~Annotations();
+
+    /// Reads the descriptors of all substances once, and nothing else.
+    SubstanceNotes substance(long id) const;
+    /// Reads the descriptions once.
+    DescriptionNotes description(long parameter) const;
+    /// Reads the substance's directory, and keeps it until another substance is asked for.
+    ValueNotes value(long substance, const Owner& owner, long parameter) const;
+
+    /// The notes of a value and of its description.
+    ParameterNotes parameter(long substance, const Owner& owner, const Parameter& parameter) const;
+
+    /// The comment lines of a data file, with " | " between: what the numbers are.
+    std::string comments(const std::string& dataFile) const;
+
+    const std::string& directory() const noexcept { return directory_; }
+
+private:
+    struct Substances;
+    struct Descriptions;
+    struct Values;
+
+    const Substances& substances() const;
+
+    std::string directory_;
+    mutable std::unique_ptr<const Substances> substances_;
+    mutable std::unique_ptr<const Descriptions> descriptions_;
+    mutable std::unique_ptr<const Values> values_; ///< of the substance asked for last
+};
+
+} // namespace tool
