@@ -10,7 +10,7 @@ from typing import Any
 import hypothesis.strategies as st
 import numpy as np
 import pytest
-from hypothesis import given
+from hypothesis import given, settings
 
 import qmdatabase
 
@@ -32,6 +32,7 @@ def values(draw: st.DrawFn) -> tuple[Any, dict[str, Any]]:
     return np.array(numbers).reshape(shape), arguments
 
 
+@settings(max_examples=40)
 @given(values(), st.booleans())
 def test_values_read_back(made: tuple[Any, dict[str, Any]], of_phase: bool) -> None:
     numbers, arguments = made
@@ -134,5 +135,5 @@ def test_rounded_numbers_are_told(copy: Path) -> None:
         with pytest.warns(qmdatabase.DatabaseWarning, match="2 numbers rounded"):
             added = phase.add_parameter("Density", [1.2345678, 2.5], T=[300.0, 300.00123 + 1])
         assert added.value().values.tolist() == [1.23457, 2.5]
-        with pytest.raises(ValueError, match="solid.*liquid.*gas"):
+        with pytest.raises(ValueError, match=r"solid.*liquid.*gas"):
             database["Graphite"].add_phase("Plasma", "plasma")

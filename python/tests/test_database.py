@@ -40,7 +40,7 @@ def test_version_is_that_of_the_library() -> None:
 def test_opening_refuses_what_is_no_database(tmp_path: Path) -> None:
     file = tmp_path / "file"
     file.write_text("")
-    with pytest.raises(FileNotFoundError, match="there is no database .*nowhere"):
+    with pytest.raises(FileNotFoundError, match=r"there is no database .*nowhere"):
         qmdatabase.open(tmp_path / "nowhere")
     with pytest.raises(qmdatabase.DatabaseNotFoundError, match="Not a directory"):
         qmdatabase.open(file)
@@ -53,7 +53,7 @@ def test_opening_refuses_what_is_no_database(tmp_path: Path) -> None:
 def test_what_opening_leaves_out_is_told(copy: Path) -> None:
     for phase in (copy / "Substance2").glob("Phase*"):
         shutil.rmtree(phase)
-    with pytest.warns(qmdatabase.DatabaseWarning, match="not whole.*Substance2"), qmdatabase.open(copy) as database:
+    with pytest.warns(qmdatabase.DatabaseWarning, match=r"not whole.*Substance2"), qmdatabase.open(copy) as database:
         assert "Copper" not in database.substances.names
     (copy / "Substance4" / "Substance4.mtd").write_text("ID=4\n")
     with pytest.raises(qmdatabase.RequiredKeyError, match="-10") as caught:
@@ -124,10 +124,10 @@ def test_without_the_command_the_library_does(sample: qmdatabase.Database, monke
     density = water[DENSITY]
     assert density(P=101325, T=300) == pytest.approx(996.56, rel=1e-3)
     assert sample.substances.get("nothing") is None
-    with pytest.raises(qmdatabase.UnknownNameError, match="no parameter is called 'rho'.*could not be looked at"):
+    with pytest.raises(qmdatabase.UnknownNameError, match=r"no parameter is called 'rho'.*could not be looked at"):
         water["rho"]
     for ask in (lambda: density.source, lambda: sample["Water"].formula, lambda: sample.to_dataframe()):
-        with pytest.raises(qmdatabase.CommandNotFoundError, match="/nowhere/qmdb is not found.*QMDB_COMMAND"):
+        with pytest.raises(qmdatabase.CommandNotFoundError, match=r"/nowhere/qmdb is not found.*QMDB_COMMAND"):
             ask()
 
 

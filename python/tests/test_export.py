@@ -26,7 +26,7 @@ def exported(command: str, tree: Path, language: str) -> list[Row]:
     rows = list(csv.DictReader(output.stdout.decode().splitlines(keepends=True)))
     for row in rows:
         for name in (*tidy.IDS, *tidy.NUMBERS):
-            row[name] = None if row[name] == "" else float(row[name])  # type: ignore[assignment]
+            row[name] = None if row[name] == "" else float(row[name])
     return rows
 
 

@@ -98,9 +98,9 @@ def test_two_arguments(made: tuple[int, Any], across: float, along: float) -> No
         wanted = sum(part * reference(subtables[i][1], second) for i, part in neighbours)
         assert agree(value(P=first, T=second), wanted)
         assert agree(value([first, first], second)[1], wanted)
-    with pytest.raises(qmdatabase.OutOfRangeError, match="T = .* at P = "):
+    with pytest.raises(qmdatabase.OutOfRangeError, match=r"T = .* at P = "):
         value(P=first, T=max(high for _, high in ends) + 1)
-    with pytest.raises(qmdatabase.OutOfRangeError, match="P = .* from"):
+    with pytest.raises(qmdatabase.OutOfRangeError, match=r"P = .* from"):
         value(P=firsts[0] - 1, T=low)
     for first, table in subtables:
         found = value(P=first, T=[row[0] for row in table])
@@ -125,7 +125,7 @@ LINE = [(0.0, [[1.0, 10.0], [2.0, float("inf")], [3.0, 30.0]])]
     ("letter", "table", "call", "error", "message"),
     [
         ("t", LINE, {"P": 1}, qmdatabase.ArgumentError, "P is no argument; call it as value\\(T=...\\)"),
-        ("t", LINE, {}, None, ""),
+        ("t", LINE, {}, qmdatabase.ArgumentError, "call it as value\\(T=...\\)"),
         ("C", [(0.0, [[4.0]])], {"T": 1}, qmdatabase.ArgumentError, "no argument"),
         ("t", [(0.0, [[1.0, 4.0]])], {"T": 2, "extrapolate": True}, qmdatabase.OutOfRangeError, "one point 1"),
         ("t", [(0.0, [[1.0, 4.0], [1.0, 5.0]])], {"T": 1}, qmdatabase.TableError, "1 is repeated"),
@@ -136,7 +136,7 @@ LINE = [(0.0, [[1.0, 10.0], [2.0, float("inf")], [3.0, 30.0]])]
 )
 def test_refusals(letter: str, table: Any, call: Any, error: Any, message: str) -> None:
     value = make(letter, 1, table)
-    with pytest.raises(error or qmdatabase.ArgumentError, match=message):
+    with pytest.raises(error, match=message):
         value(**call)
 
 

@@ -56,7 +56,7 @@ ANNOTATIONS = frozenset(
         *(one for one in TEXTS if "argument" in one),
     )
 )
-ALIAS_SEPARATOR = "; "
+ALIAS_SEPARATOR = ";"
 
 
 def columns(annotations: bool) -> list[str]:
