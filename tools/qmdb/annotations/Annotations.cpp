@@ -91,8 +91,7 @@ ArgumentNotes argumentOf(const DescriptionNotes& description, PARAM_TYPE type, s
     ArgumentNotes notes;
     notes.name = given.empty() ? std::string(format::usualArgumentName(type, index)) : given;
     notes.units = format::argumentItem(description.argumentUnits, type, index);
-    notes.label = fmt::format("{}{}{}", given.empty() ? argumentNames(type)[index] : std::string_view(given),
-        notes.units.empty() ? "" : ", ", notes.units);
+    notes.symbol = given.empty() ? std::string(argumentNames(type)[index]) : given;
     return notes;
 }
 
@@ -101,6 +100,11 @@ ArgumentNotes argumentOf(const DescriptionNotes& description, PARAM_TYPE type, s
 std::string aliasesText(const SubstanceNotes& notes)
 {
     return fmt::format("{}", fmt::join(notes.aliases, std::string(1, format::itemSeparator)));
+}
+
+std::string ArgumentNotes::label() const
+{
+    return fmt::format("{}{}{}", symbol, units.empty() ? "" : ", ", units);
 }
 
 std::string sourceText(const ValueNotes& notes)

@@ -31,7 +31,9 @@ struct DescriptionNotes {
 struct ArgumentNotes {
     std::string name; ///< "temperature" and the like; empty when nobody knows
     std::string units; ///< empty when nobody knows
-    std::string label; ///< short, with units, for axes and heads: "T, K"
+    std::string symbol; ///< the name where the description gives one, else the letter of the type: "T"
+
+    std::string label() const; ///< for axes and heads: "T, K"
 };
 
 /// The arguments of values of a type, first argument first.

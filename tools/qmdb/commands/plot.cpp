@@ -116,9 +116,9 @@ std::string curveTitle(
         parts.emplace_back(componentName(drawn.table.components, component));
     }
     if (drawn.table.arguments > 1) {
-        const std::string& units = drawn.notes.arguments.front().units;
-        parts.push_back(fmt::format("{} = {}{}{}", argumentNames(drawn.parameter.type).front(),
-            point.arguments[0], units.empty() ? "" : " ", printable(units)));
+        const ArgumentNotes& first = drawn.notes.arguments.front();
+        parts.push_back(fmt::format("{} = {}{}{}", printable(first.symbol), point.arguments[0],
+            first.units.empty() ? "" : " ", printable(first.units)));
     }
     return fmt::format("{}", fmt::join(parts, ", "));
 }
@@ -162,7 +162,7 @@ Picture pictureOf(const std::vector<Drawn>& values)
     const Drawn& first = values.front();
     Picture picture;
     picture.title = titleOf(values);
-    picture.xLabel = printable(first.notes.arguments.back().label);
+    picture.xLabel = printable(first.notes.arguments.back().label());
     picture.yLabel = withUnits(first.parameter);
     picture.family = values.size() == 1 && first.table.arguments > 1 && first.table.components == 1;
     for (const Drawn& drawn : values) {

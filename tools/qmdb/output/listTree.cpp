@@ -22,13 +22,12 @@ struct Line {
 
 std::string rangeText(const ListedParameter& listed)
 {
-    const auto names = argumentNames(listed.parameter.type);
     std::string text;
     for (std::size_t i = 0; i < listed.ranges.size(); ++i) {
-        const std::string units = i < listed.notes.arguments.size() ? listed.notes.arguments[i].units : "";
-        text += fmt::format("{}{} {} to {}{}{}", i == 0 ? "" : ", ", names[i],
-            numberText(listed.ranges[i].least), numberText(listed.ranges[i].most), units.empty() ? "" : " ",
-            printable(units));
+        const ArgumentNotes& argument = listed.notes.arguments[i]; // as many as a value that can be read has
+        text += fmt::format("{}{} {} to {}{}{}", i == 0 ? "" : ", ", printable(argument.symbol),
+            numberText(listed.ranges[i].least), numberText(listed.ranges[i].most),
+            argument.units.empty() ? "" : " ", printable(argument.units));
     }
     return text;
 }

@@ -22,7 +22,7 @@ std::vector<std::string> headOf(const Parameter& parameter, const ParameterNotes
 {
     std::vector<std::string> head;
     for (const ArgumentNotes& argument : notes.arguments) {
-        head.push_back(printable(argument.label));
+        head.push_back(printable(argument.label()));
     }
     for (std::size_t i = 0; i < table.components; ++i) {
         head.push_back(columnName(parameter, table.components, i));
