@@ -13,7 +13,7 @@ import pytest
 from hypothesis import given
 
 import qmdatabase
-from qmdatabase._records import RawValue
+from qmdatabase._records import RawValue, subtable_heads
 from qmdatabase.value import LETTERS, Value
 
 NUMBERS = st.floats(-1e6, 1e6).map(lambda one: round(one, 3))
@@ -29,8 +29,8 @@ class FakeParameter:
 
 def make(letter: str, width: int, tables: Sequence[tuple[float, Sequence[Sequence[float]]]]) -> Value:
     rows = np.array([row for _, table in tables for row in table], dtype=float)
-    subtables = tuple((first, len(table)) for first, table in tables) if letter in "TX" else ()
-    raw = RawValue(LETTERS.index(letter) + 1, width == 3, rows.tobytes(), subtables)
+    heads = subtable_heads((first, len(table)) for first, table in tables) if letter in "TX" else b""
+    raw = RawValue(LETTERS.index(letter) + 1, width == 3, rows.tobytes(), heads)
     parameter: Any = FakeParameter()
     return Value(parameter, raw)
 

@@ -143,7 +143,7 @@ def _raw(type_: str, letters: Sequence[str], columns: Sequence[Array], values: A
     if flat:
         _require_increasing_rows(flat[-1], [count for _, count in subtables] or [len(rows)], letters[-1])
     _warn_of_rounding([*flat[:-1], rows])
-    return RawValue(LETTERS.index(type_) + 1, vector, rows.astype("<f8").tobytes(), subtables)
+    return RawValue(LETTERS.index(type_) + 1, vector, rows.astype("<f8").tobytes(), _records.subtable_heads(subtables))
 
 
 def _require_finite(columns: Sequence[Array]) -> None:

@@ -204,14 +204,15 @@ class Connection:
 
     def value(self, matter: int, phase: int, change: int, parameter: int) -> _records.RawValue:
         """Reads the data file of a parameter. Each call reads it."""
+        address = self._pointer_address
         with self._lock:
-            code = self._get_value(self._id, matter, phase, change, parameter, self._pointer_address)
+            code = self._get_value(self._id, matter, phase, change, parameter, address)
             if code:
                 self._fail(f"cannot read parameter {parameter} of substance {matter}", code)
             try:
-                return _records.read_value(self._pointer.value or 0)
+                return _records.read_value(self._pointer.value)
             finally:
-                self._destroy_value(self._pointer_address)
+                self._destroy_value(address)
 
     def add(self, action: str, function: str, *arguments: Any) -> int:
         """Adds something; the result is its ID where the function gives one."""

@@ -5,7 +5,7 @@ from __future__ import annotations
 import ctypes
 import functools
 import struct
-from collections.abc import Iterator
+from collections.abc import Iterable, Iterator
 from ctypes import POINTER, Structure, c_bool, c_double, c_int, c_long, c_uint32, c_void_p
 from typing import Any, NamedTuple
 
@@ -21,12 +21,14 @@ CHANGE = struct.Struct(f"<q{_NAME}qq")
 PARAMETER = struct.Struct(f"<qi?3x{_NAME}{_UNITS}")
 DESCRIPTION = struct.Struct(f"<q{_NAME}{_UNITS}???x{_NAME}{_NAME}4x")
 
-# A value: eight bytes of the library's own, type, vector; then the number of a constant or a pointer.
-_VALUE = struct.Struct("<8xi?3xQ")
-_COUNT = struct.Struct("<q")
+# A value: eight bytes of the library's own, type, vector; then the number of a constant, or a pointer and a count.
+_CONSTANT = struct.Struct("<8xi?3xQ")
+_TABLE = struct.Struct("<16xQq")
+_unpack_constant, _constant_at = _CONSTANT.unpack_from, (ctypes.c_char * _CONSTANT.size).from_address
+_unpack_table, _table_at = _TABLE.unpack_from, (ctypes.c_char * _TABLE.size).from_address
 _SUBTABLE = struct.Struct("<dqQ")
+_SUBTABLE_ALONE = struct.Struct("<dq8x")
 _HEAD_SIZE = 16
-_MOST_AT_ONCE = 1 << 30  # ctypes.string_at takes an int
 
 CONSTANT, TABLE_T, TABLE_P, TABLE2D_T, TABLE2D_X = range(1, 6)
 NUMBER = 8
@@ -39,13 +41,23 @@ class RawValue(NamedTuple):
         type: 1 to 5.
         vector: three components instead of one.
         rows: the numbers of a constant; or the rows (argument, components) of all subtables.
-        subtables: of a two-dimensional table the first argument and the number of rows of each subtable.
+        heads: of a two-dimensional table the heads of its subtables, whose pointers mean nothing any more.
     """
 
     type: int
     vector: bool
     rows: bytes
-    subtables: tuple[tuple[float, int], ...] = ()
+    heads: bytes = b""
+
+    @property
+    def subtables(self) -> tuple[tuple[float, int], ...]:
+        """Of a two-dimensional table the first argument and the number of rows of each subtable."""
+        return tuple(_SUBTABLE_ALONE.iter_unpack(self.heads))
+
+
+def subtable_heads(subtables: Iterable[tuple[float, int]]) -> bytes:
+    """Heads with these first arguments and numbers of rows."""
+    return b"".join(_SUBTABLE.pack(first, count, 0) for first, count in subtables)
 
 
 @functools.lru_cache(maxsize=4096)  # names of parameters and their units come again and again
@@ -57,10 +69,13 @@ def text(field: bytes) -> str:
         return field.decode("utf-32-le", "replace").partition("\0")[0]
 
 
-def _copy(address: int, size: int) -> bytes:
-    if size <= _MOST_AT_ONCE:
-        return ctypes.string_at(address, size)
-    return (ctypes.c_char * size).from_address(address).raw
+# A copy of memory of any size; ctypes.string_at takes sizes up to 2 GiB only.
+_copy: Any = ctypes.PYFUNCTYPE(ctypes.py_object, c_void_p, ctypes.c_ssize_t)(
+    ("PyBytes_FromStringAndSize", ctypes.pythonapi)
+)
+
+
+_new: Any = tuple.__new__  # half the time of a named tuple's own
 
 
 def read_array(address: int, count: int, record: struct.Struct) -> Iterator[tuple[Any, ...]]:
@@ -69,18 +84,18 @@ def read_array(address: int, count: int, record: struct.Struct) -> Iterator[tupl
         yield tuple([text(field) if isinstance(field, bytes) else field for field in row])
 
 
-def read_value(address: int) -> RawValue:
+def read_value(address: Any) -> RawValue:
     """A copy of a value."""
-    type_, vector, pointer = _VALUE.unpack(_copy(address, _VALUE.size))
+    type_, vector, _ = _unpack_constant(_constant_at(address))
     if type_ == CONSTANT:
-        return RawValue(type_, vector, _copy(address + _HEAD_SIZE, NUMBER * (3 if vector else 1)))
-    (count,) = _COUNT.unpack(_copy(address + _VALUE.size, _COUNT.size))
+        return _new(RawValue, (type_, vector, _copy(address + _HEAD_SIZE, NUMBER * (3 if vector else 1)), b""))
+    pointer, count = _unpack_table(_table_at(address))
     row_size = NUMBER * (4 if vector else 2)
     if type_ <= TABLE_P:
-        return RawValue(type_, vector, _copy(pointer, count * row_size))
-    subtables = list(_SUBTABLE.iter_unpack(_copy(pointer, count * _SUBTABLE.size)))
-    rows = b"".join([_copy(address, number * row_size) for _, number, address in subtables if number > 0])
-    return RawValue(type_, vector, rows, tuple([(first, number) for first, number, _ in subtables]))
+        return _new(RawValue, (type_, vector, _copy(pointer, count * row_size), b""))
+    heads = _copy(pointer, count * _SUBTABLE.size)
+    rows = b"".join([_copy(rows, number * row_size) for _, number, rows in _SUBTABLE.iter_unpack(heads)])
+    return _new(RawValue, (type_, vector, rows, heads))
 
 
 def _fields(**fields: Any) -> list[tuple[str, Any]]:

@@ -101,7 +101,9 @@ class Parameter:
             StatusError: the file cannot be read, or is not laid out as it must be; the class tells which.
             ClosedDatabaseError: the database is closed.
         """
-        return Value(self, self.owner.database._calls.value(*self.owner._place, self.id))
+        owner = self.owner
+        calls = owner.database._connection or owner.database._calls
+        return Value(self, calls.value(*owner._place, self.id))
 
     @property
     def _notes(self) -> ParameterNotes:

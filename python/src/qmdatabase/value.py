@@ -27,6 +27,7 @@ ARGUMENT_LETTERS: dict[str, tuple[str, ...]] = {
     "T": ("P", "T"),
     "X": ("P", "X"),
 }
+_FLOAT64 = np.dtype("<f8")
 KINDS = ("constant", "table", "table2d")
 COMPONENTS = ("x", "y", "z")
 
@@ -52,11 +53,18 @@ class Value:
     the parameter's description.
     """
 
-    __slots__ = ("__dict__", "_raw", "parameter")
+    __slots__ = ("__dict__", "_arguments", "_raw", "_rows", "parameter")
 
     def __init__(self, parameter: Parameter, raw: _records.RawValue) -> None:
         self.parameter = parameter
         self._raw = raw
+        type_, vector, rows, _ = raw
+        columns = (3 if vector else 1) if type_ == _records.CONSTANT else (4 if vector else 2)
+        self._rows: Array = np.ndarray((len(rows) // (8 * columns), columns), _FLOAT64, rows)
+        self._arguments: tuple[Array, ...] | None = None
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return Value, (self.parameter, self._raw)
 
     @property
     def type(self) -> str:
@@ -103,11 +111,6 @@ class Value:
         """How accurate the value is, empty where nobody says; asks the command `qmdb`."""
         return self.parameter.accuracy
 
-    @functools.cached_property
-    def _rows(self) -> Array:
-        columns = (3 if self._raw.vector else 1) + (self._raw.type != _records.CONSTANT)
-        return np.frombuffer(self._raw.rows, dtype="<f8").reshape(-1, columns)
-
     @property
     def values(self) -> Array:
         """The numbers: shape () or (3,) of a constant, (n,) or (n, 3) of the n rows of a table.
@@ -116,18 +119,25 @@ class Value:
         """
         raw = self._raw
         if raw.type == _records.CONSTANT:
-            return self._rows[0] if raw.vector else self._rows[0, 0:1].reshape(())
+            return self._rows[0] if raw.vector else np.ndarray((), _FLOAT64, raw.rows)
         return self._rows[:, 1:] if raw.vector else self._rows[:, 1]
 
-    @functools.cached_property
+    @property
     def arguments(self) -> tuple[Array, ...]:
         """The arguments of the rows, as many arrays of shape (n,) as the value has arguments, the first first."""
-        if self._raw.type == _records.CONSTANT:
+        if self._arguments is None:
+            self._arguments = self._made_arguments()
+        return self._arguments
+
+    def _made_arguments(self) -> tuple[Array, ...]:
+        raw = self._raw
+        if raw.type == _records.CONSTANT:
             return ()
         last = self._rows[:, 0]
-        if not self._is_2d:
+        if raw.type <= _records.TABLE_P:
             return (last,)
-        first = np.repeat([first for first, _ in self._raw.subtables], [count for _, count in self._raw.subtables])
+        firsts, counts = zip(*raw.subtables)
+        first = np.repeat(np.array(firsts), counts)
         first.flags.writeable = False
         return (first, last)
 
