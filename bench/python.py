@@ -6,6 +6,7 @@ the commands that it runs included.
 
 from __future__ import annotations
 
+import functools
 import os
 import resource
 import subprocess
@@ -43,12 +44,17 @@ def best(job: Callable[[], object]) -> float:
 
 def read_all(parameters: tuple[qmdatabase.Parameter, ...]) -> None:
     for parameter in parameters:
-        parameter.value().values
+        _ = parameter.value().values
 
 
 def opening(tree: Path) -> None:
     for _ in range(10):
         qmdatabase.open(tree).close()
+
+
+def make_frame(tree: Path, annotations: bool) -> None:
+    with qmdatabase.open(tree) as database:
+        database.to_dataframe(annotations)
 
 
 def row(job: str, floor: str, floor_seconds: float, seconds: float) -> None:
@@ -76,14 +82,9 @@ def main() -> None:
             assert len(parameters) == count
             row(f"{len(parameters):,} mixed values, as arrays", "C++", value_floor, best(lambda: read_all(parameters)))
             rows = len(database.to_dataframe(annotations=False))
-        frames = {"to a data frame, without annotations": False, "to a data frame": True}
-        for name, annotations in frames.items():
-
-            def frame() -> None:
-                with qmdatabase.open(tree) as fresh:
-                    fresh.to_dataframe(annotations)
-
-            row(f"{rows:,} rows {name}, opening included", "export --csv", export_seconds, best(frame))
+        for name, annotations in {"to a data frame, without annotations": False, "to a data frame": True}.items():
+            seconds = best(functools.partial(make_frame, tree, annotations))
+            row(f"{rows:,} rows {name}, opening included", "export --csv", export_seconds, seconds)
 
 
 main()

@@ -7,7 +7,7 @@ import functools
 import struct
 from collections.abc import Iterable, Iterator
 from ctypes import POINTER, Structure, c_bool, c_double, c_int, c_long, c_uint32, c_void_p
-from typing import Any, NamedTuple
+from typing import Any, Callable, NamedTuple
 
 NAME_LENGTH = 50
 UNITS_LENGTH = 10
@@ -70,12 +70,9 @@ def text(field: bytes) -> str:
 
 
 # A copy of memory of any size; ctypes.string_at takes sizes up to 2 GiB only.
-_copy: Any = ctypes.PYFUNCTYPE(ctypes.py_object, c_void_p, ctypes.c_ssize_t)(
-    ("PyBytes_FromStringAndSize", ctypes.pythonapi)
-)
-
-
-_new: Any = tuple.__new__  # half the time of a named tuple's own
+_CopyFunction = ctypes.PYFUNCTYPE(ctypes.py_object, c_void_p, ctypes.c_ssize_t)
+_copy: Any = _CopyFunction(("PyBytes_FromStringAndSize", ctypes.pythonapi))
+_new: Callable[..., RawValue] = tuple.__new__  # half the time of a named tuple's own
 
 
 def read_array(address: int, count: int, record: struct.Struct) -> Iterator[tuple[Any, ...]]:
