@@ -256,15 +256,24 @@ class Database:
         annotations: bool = True,
         *,
         rows_per_group: int = tidy.ROWS_PER_GROUP,
+        partitioned: bool = False,
     ) -> int:
         """Writes the same to a Parquet file, in row groups, so that memory does not grow with the database.
 
-        The file has its name when it is complete.
+        What is written has its name when it is complete.
+
+        Args:
+            path: the file, which is replaced where it exists; or the directory, which must not.
+            annotations: as for `to_dataframe`.
+            rows_per_group: at most so many rows in a group.
+            partitioned: write a directory with a folder for each parameter ("parameter=Density"), as Arrow, DuckDB,
+                Spark and others read them, so that a query for one parameter opens its files only.
 
         Returns:
             The number of rows.
         """
-        return tidy.to_parquet(self, os.fspath(path), annotations, rows_per_group)
+        write = tidy.to_partitions if partitioned else tidy.to_parquet
+        return write(self, os.path.abspath(path), annotations, rows_per_group)
 
 
 def _is_missing_table(line: str) -> bool:

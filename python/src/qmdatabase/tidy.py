@@ -6,7 +6,7 @@ import contextlib
 import os
 import tempfile
 import warnings
-from collections.abc import Iterator
+from collections.abc import Iterator, Sequence
 from typing import TYPE_CHECKING, Any, NamedTuple
 
 import numpy as np
@@ -26,6 +26,7 @@ if TYPE_CHECKING:
     from .entities import Owner, Parameter, Substance
 
 ROWS_PER_GROUP = 1 << 18
+MOST_PARTITIONS = 100_000
 
 # The columns in their order. What a row lacks is missing in the nullable ones; other texts may be empty.
 IDS = ("substance_id", "phase_id", "change_id", "parameter_id")
@@ -99,9 +100,12 @@ class _Numbers(NamedTuple):
     present: npt.NDArray[np.bool_] | None
 
 
-def _items(database: Database) -> Iterator[_Item]:
-    """All values, in the order of the export. What is read stays nowhere, as a database may be large."""
-    for substance in database.substances:
+def _items(database: Database, ids: Sequence[int] | None = None) -> Iterator[_Item]:
+    """All values, or those of some substances, in the order of the export.
+
+    What is read is kept nowhere, as a database may be large.
+    """
+    for substance in database.substances if ids is None else [database.substances[number] for number in ids]:
         owners: tuple[Owner, ...] = (substance, *substance._read_phases(), *substance._read_changes())
         for owner in owners:
             for parameter in owner._read_parameters():
@@ -260,12 +264,12 @@ def _repeated_texts(entries: list[str | None], counts: npt.NDArray[np.int64]) ->
     return _Texts(np.repeat(np.array(codes, dtype=np.int32), counts), list(places))
 
 
-def to_dataframe(database: Database, annotations: bool) -> pandas.DataFrame:
-    """See `Database.to_dataframe`."""
+def to_dataframe(database: Database, annotations: bool, ids: Sequence[int] | None = None) -> pandas.DataFrame:
+    """See `Database.to_dataframe`; with IDs only these substances."""
     import pandas as pd
 
     tidy = _Tidy(database, annotations)
-    made = tidy.columns([item for batch in _batches(database, float("inf")) for item in batch])
+    made = tidy.columns(list(_items(database, ids)))
 
     def series(name: str, column: _Texts | _Numbers) -> Any:
         if isinstance(column, _Texts):
@@ -319,6 +323,52 @@ def to_parquet(database: Database, path: str, annotations: bool, rows_per_group:
             writer.write_table(table, row_group_size=rows_per_group)
             rows += table.num_rows
     return rows
+
+
+def to_partitions(database: Database, path: str, annotations: bool, rows_per_group: int) -> int:
+    """See `Database.to_parquet`, with `partitioned`."""
+    import pyarrow as pa
+    import pyarrow.dataset as ds
+
+    rows = 0
+
+    def batches() -> Iterator[Any]:
+        nonlocal rows
+        for table in arrow_tables(database, annotations, rows_per_group):
+            rows += table.num_rows
+            yield from table.cast(schema).to_batches()
+
+    schema = _plain_schema(annotations)
+    partitioning = ds.partitioning(pa.schema([schema.field("parameter")]), flavor="hive")
+    os.mkdir(path)
+    try:
+        with tempfile.TemporaryDirectory(dir=os.path.dirname(path) or ".") as unfinished:
+            ds.write_dataset(
+                batches(),
+                unfinished,
+                schema=schema,
+                format="parquet",
+                partitioning=partitioning,
+                max_rows_per_group=rows_per_group,
+                max_rows_per_file=0,
+                max_partitions=MOST_PARTITIONS,
+            )
+            os.chmod(unfinished, os.stat(path).st_mode)
+            os.replace(unfinished, path)
+            os.mkdir(unfinished)
+    except BaseException:
+        with contextlib.suppress(OSError):
+            os.rmdir(path)
+        raise
+    return rows
+
+
+def _plain_schema(annotations: bool) -> Any:
+    """The columns with texts as such, as the dictionaries of different parts differ."""
+    import pyarrow as pa
+
+    types = {**dict.fromkeys(IDS, pa.int64()), **dict.fromkeys(NUMBERS, pa.float64())}
+    return pa.schema([(name, types.get(name, pa.string())) for name in columns(annotations)])
 
 
 @contextlib.contextmanager
