@@ -43,13 +43,15 @@ def slowly(frame: Any) -> Any:
     return frame
 
 
-def test_a_killed_worker_changes_nothing(trees: dict[str, Path]) -> None:
+def test_a_killed_worker_changes_nothing(trees: dict[str, Path], tmp_path: Path) -> None:
     from distributed import Client, LocalCluster
 
     paths = list(trees.values())
     wanted = qd.read(paths, annotations=False).compute(scheduler="synchronous")
     with (
-        LocalCluster(n_workers=2, threads_per_worker=1, processes=True, dashboard_address=None) as cluster,
+        LocalCluster(
+            n_workers=2, threads_per_worker=1, processes=True, dashboard_address=None, local_directory=str(tmp_path)
+        ) as cluster,
         Client(cluster) as client,
     ):
         before = client.run(os.getpid)
