@@ -58,5 +58,5 @@ prepare_python() {
     install_packages python3-numpy python3-pandas python3-matplotlib python3-pytest python3-hypothesis
     python=/usr/bin/python3
     echo "$script: the Python package index cannot be used: the tests of the Python module run with Debian's packages;" \
-        "left out is what needs pyarrow, dask, duckdb, mypy, ruff and auditwheel (the tests' summary names each)"
+        "left out is what needs pyarrow, dask, duckdb, mypy, ruff and auditwheel"
 }

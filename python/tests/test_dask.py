@@ -44,14 +44,14 @@ def slowly(frame: Any) -> Any:
 
 
 def test_a_killed_worker_changes_nothing(trees: dict[str, Path], tmp_path: Path) -> None:
+    import dask
     from distributed import Client, LocalCluster
 
     paths = list(trees.values())
     wanted = qd.read(paths, annotations=False).compute(scheduler="synchronous")
     with (
-        LocalCluster(
-            n_workers=2, threads_per_worker=1, processes=True, dashboard_address=None, local_directory=str(tmp_path)
-        ) as cluster,
+        dask.config.set(temporary_directory=str(tmp_path)),
+        LocalCluster(n_workers=2, threads_per_worker=1, processes=True, dashboard_address=None) as cluster,
         Client(cluster) as client,
     ):
         before = client.run(os.getpid)
