@@ -43,9 +43,9 @@ int CDatabase::loadMatters(CDirectory& root)
     return loadAll(
         matters_, root, format::substanceKind, matterMessages, log_,
         [this](const FoundFile& file) { return CMatter(file, log_, *strings_); },
-        [this](const CMatter& matter) {
+        [this](const CMatter& matter, long id) {
             // One that is refused uses its IDs up all the same.
-            maxMatterId_ = std::max(maxMatterId_, matter.getID());
+            maxMatterId_ = std::max(maxMatterId_, id);
             matter.noteStringIds(format::substanceKind);
         });
 }
@@ -55,5 +55,5 @@ int CDatabase::loadParameters(CDirectory& root)
     return loadAll(
         parameters_, root, format::descriptionKind, parameterMessages, log_,
         [this](const FoundFile& file) { return CParameter(file, log_, *strings_); },
-        [](const CParameter& parameter) { parameter.noteStringIds(format::descriptionKind); });
+        [](const CParameter& parameter, long) { parameter.noteStringIds(format::descriptionKind); });
 }

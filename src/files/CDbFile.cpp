@@ -1,6 +1,5 @@
 #include "files/CDbFile.h"
 
-#include "files/CLineReader.h"
 #include "format/descriptor.h"
 #include "format/innerText.h"
 #include "format/numbers.h"
@@ -15,7 +14,9 @@ namespace {
 std::size_t append(std::vector<FoundFile>& files, CDirectory& directory, std::string_view extension)
 {
     const std::size_t before = files.size();
-    directory.forEachFile(extension, [&](const std::string& name) { files.push_back({ &directory, name }); });
+    directory.forEachFile(extension, [&](const CDirectory::Entry& entry) {
+        files.push_back({ &directory, &entry });
+    });
     return files.size() - before;
 }
 
@@ -28,7 +29,7 @@ bool isTooLarge(const CLineReader& lines, const CKeyMap::Builder& entries)
 
 CDirectory& FoundFile::neighbours(std::optional<CDirectory>& other) const
 {
-    return format::isBareName(name) ? *directory : other.emplace(path().directoryPart());
+    return format::isBareName(entry->name) ? *directory : other.emplace(path().directoryPart());
 }
 
 CDbFile::CDbFile(const FoundFile& file, const CLog& log)
@@ -36,7 +37,11 @@ CDbFile::CDbFile(const FoundFile& file, const CLog& log)
     , path(file.path())
     , log_(&log)
 {
-    read(file.directory->pathOf(file.name));
+    if (const auto bytes = file.directory->bytesOf(*file.entry)) {
+        readAhead(*bytes);
+    } else {
+        read(file.directory->pathOf(file.entry->name));
+    }
 }
 
 CDbFile::CDbFile(CFilePath path, const CLog& log)
@@ -56,6 +61,17 @@ void CDbFile::read(const qm::NativePath& native)
         return;
     }
     CLineReader lines(file);
+    parse(lines);
+}
+
+void CDbFile::readAhead(std::string_view bytes)
+{
+    CLineReader lines(bytes);
+    parse(lines);
+}
+
+void CDbFile::parse(CLineReader& lines)
+{
     format::CDescriptorParser parser;
     CKeyMap::Builder entries;
     while (status == QMDB_E_READ) {

@@ -3,6 +3,7 @@
 #include "files/CDirectory.h"
 #include "files/CFilePath.h"
 #include "files/CKeyMap.h"
+#include "files/CLineReader.h"
 #include "files/CLog.h"
 #include "format/keys.h"
 
@@ -14,9 +15,9 @@
 /// A descriptor file that a scan has found.
 struct FoundFile {
     CDirectory* directory = nullptr; ///< where it lies; valid while the load lasts
-    std::string name;
+    const CDirectory::Entry* entry = nullptr; ///< in it, valid until it is closed
 
-    CFilePath path() const { return { directory->path(), name }; }
+    CFilePath path() const { return { directory->path(), entry->name }; }
 
     /// The directory of the path's directory part, where what belongs to the file is looked for: mostly
     /// the one that it lies in, else one that is made in `other`.
@@ -79,7 +80,10 @@ private:
     static int getFilesListDownLevel(
         const CLog& log, CDirectory& directory, std::string_view extension, std::vector<FoundFile>& files);
 
-    void read(const qm::NativePath& native);
+    // Not inlined together: each holds a buffer, and a host's thread may have a small stack.
+    [[gnu::noinline]] void read(const qm::NativePath& native);
+    [[gnu::noinline]] void readAhead(std::string_view bytes);
+    void parse(CLineReader& lines);
 
     const CLog* log_;
     CKeyMap keys_;

@@ -1,5 +1,6 @@
 #include "files/CDirectory.h"
 
+#include "files/CLineReader.h"
 #include "format/innerText.h"
 #include "format/vocabulary.h"
 #include "qm/CQMDirectoryScanner.h"
@@ -7,15 +8,18 @@
 #include "qm/EQMException.h"
 #include "qmdatabase/status.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <span>
 
 namespace {
 
 /// Directories beside more others are closed once listed: opening a database takes 8 descriptors at most.
-constexpr std::size_t maxOpenInRoot = 1;
-constexpr std::size_t maxOpenBelow = 4;
+constexpr std::ptrdiff_t maxOpenInRoot = 1;
+constexpr std::ptrdiff_t maxOpenBelow = 4;
 
-constexpr std::size_t usualEntries = 16; // of a substance or a phase
+constexpr std::size_t maxBytesAhead = 65536; ///< of one directory
 
 /// The error of a directory that is not there, or is none.
 bool isNoDirectory(int number)
@@ -29,26 +33,35 @@ bool isOutage(int number)
     return number == EMFILE || number == ENFILE || number == ENOMEM || number == EIO;
 }
 
+/// The files that loading reads below a substance.
+bool isReadWhenLoading(std::string_view name) noexcept
+{
+    return format::hasExtension(name, format::headExtension)
+        || format::hasExtension(name, format::phaseExtension)
+        || format::hasExtension(name, format::phaseChangeExtension);
+}
+
 } // namespace
 
-CDirectory::CDirectory(const CDirectory& parent, std::string_view name)
+CDirectory::CDirectory(const CDirectory& parent, std::string_view name, bool staysOpen)
     : path_(std::make_shared<const std::string>(format::joinPath(*parent.path_, name)))
     , nameAt_(parent.path_->size() + 1)
     , parent_(&parent)
+    , staysOpen_(staysOpen)
 {
 }
 
 std::vector<CDirectory>& CDirectory::subdirectories()
 {
     if (!subdirectories_) {
+        const auto count = std::ranges::count_if(entries_, [](auto& entry) { return entry.mayBeDirectory; });
+        const bool stayOpen = count <= (parent_ ? maxOpenBelow : maxOpenInRoot);
         std::vector<CDirectory> found;
+        found.reserve(static_cast<std::size_t>(count));
         for (const Entry& entry : entries_) {
             if (entry.mayBeDirectory) {
-                found.push_back(CDirectory(*this, entry.name));
+                found.push_back(CDirectory(*this, entry.name, stayOpen));
             }
-        }
-        for (CDirectory& directory : found) {
-            directory.staysOpen_ = found.size() <= (parent_ ? maxOpenBelow : maxOpenInRoot);
         }
         subdirectories_ = std::move(found);
     }
@@ -85,6 +98,7 @@ void CDirectory::readListing()
         listError_ = directory ? readEntries(directory.get()) : errno;
     }
     if (!staysOpen_) {
+        readAhead();
         handle_ = qm::FileHandle();
         entries_.shrink_to_fit(); // there are many of these
     }
@@ -95,13 +109,49 @@ void CDirectory::readListing()
 
 int CDirectory::readEntries(int descriptor)
 {
-    entries_.reserve(usualEntries);
     qm::CQMDirectoryScanner scanner(descriptor);
     while (scanner.GetNext()) {
-        entries_.push_back(
-            { format::text::fromLocale(scanner.name()), scanner.mayBeDirectory(), scanner.mayBeFile() });
+        if (entries_.empty()) {
+            entries_.reserve(1 + scanner.entriesAhead());
+        }
+        entries_.push_back({ format::text::fromLocale(scanner.name()), scanner.mayBeDirectory(),
+            scanner.mayBeFile(), scanner.isRegular(), false, 0, 0 });
     }
     return scanner.error();
+}
+
+void CDirectory::readAhead()
+{
+    // Not in a substance's directory: the bytes would wait until all substances before it are loaded.
+    const bool isBelowSubstance = parent_ && parent_->parent_;
+    if (!handle_ || listError_ != 0 || !isBelowSubstance) {
+        return;
+    }
+    for (Entry& entry : entries_) {
+        if (entry.isRegular && isReadWhenLoading(entry.name) && ahead_.size() < maxBytesAhead) {
+            readAhead(entry);
+        }
+    }
+}
+
+void CDirectory::readAhead(Entry& entry)
+{
+    qm::CQMInputFile file(pathOf(entry.name));
+    std::array<char, CLineReader::mostBytes> buffer;
+    for (std::size_t size = 0; file.isOpen() && size < buffer.size();) {
+        const ssize_t count = file.read(std::span(buffer).subspan(size));
+        if (count < 0) {
+            return;
+        }
+        if (count == 0) {
+            entry.isReadAhead = true;
+            entry.begin = static_cast<std::uint32_t>(ahead_.size());
+            entry.size = static_cast<std::uint16_t>(size);
+            ahead_.append(buffer.data(), size);
+            return;
+        }
+        size += static_cast<std::size_t>(count);
+    }
 }
 
 void CDirectory::open()
@@ -160,6 +210,7 @@ void CDirectory::close()
 {
     listed_ = false;
     entries_ = {};
+    ahead_ = {};
     subdirectories_.reset();
     handle_ = qm::FileHandle();
 }

@@ -5,6 +5,7 @@
 #include "qm/CQMFileSystem.h"
 #include "qm/CQMInputFile.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,15 +28,34 @@ public:
     /// EQMException when the path is empty in the locale's encoding.
     int list(const CLog& log);
 
-    /// Calls `use` with the name of each file with an extension, in the system's order, once listed.
+    struct Entry {
+        std::string name; ///< inner text; empty when the locale cannot convert it
+        // Both where the system cannot tell: using it shows which, or reports the failure.
+        bool mayBeDirectory : 1;
+        bool mayBeFile : 1;
+        bool isRegular : 1; ///< certainly
+        bool isReadAhead : 1;
+        std::uint16_t size; ///< of what has been read ahead
+        std::uint32_t begin;
+    };
+
+    /// Calls `use` with the entry of each file with an extension, in the system's order, once listed. Entries
+    /// are valid until close().
     template <class Use>
     void forEachFile(std::string_view extension, Use&& use)
     {
         for (const Entry& entry : entries_) {
             if (entry.mayBeFile && format::hasExtension(entry.name, extension)) {
-                use(entry.name);
+                use(entry);
             }
         }
+    }
+
+    /// The bytes of an entry's file if they have been read ahead.
+    std::optional<std::string_view> bytesOf(const Entry& entry) const noexcept
+    {
+        return entry.isReadAhead ? std::optional(std::string_view(ahead_).substr(entry.begin, entry.size))
+                                 : std::nullopt;
     }
 
     /// The directories in this one, once listed, valid until close(). Their paths are this path, "/" and
@@ -64,18 +84,15 @@ public:
     qm::NativePath pathOf(std::string name) const;
 
 private:
-    struct Entry {
-        std::string name; ///< inner text; empty when the locale cannot convert it
-        // Both where the system cannot tell: using it shows which, or reports the failure.
-        bool mayBeDirectory;
-        bool mayBeFile;
-    };
-
-    CDirectory(const CDirectory& parent, std::string_view name);
+    CDirectory(const CDirectory& parent, std::string_view name, bool staysOpen);
 
     void readListing();
     /// 0, or the number of the error.
     int readEntries(int descriptor);
+    /// Reads the small files that loading will ask for: the directory is open, and the system has just gone
+    /// through it. What fails is left to the loading, which reports it.
+    void readAhead();
+    void readAhead(Entry& entry);
 
     std::shared_ptr<const std::string> path_;
     std::size_t nameAt_ = 0;
@@ -86,5 +103,6 @@ private:
     bool listed_ = false;
     int listError_ = 0;
     std::vector<Entry> entries_;
+    std::string ahead_; ///< the bytes read ahead, one file after the other
     std::optional<std::vector<CDirectory>> subdirectories_;
 };

@@ -2,29 +2,28 @@
 
 #include <algorithm>
 
-CLineReader::Result CLineReader::next(std::string_view& line) noexcept
+CLineReader::CLineReader(std::string_view bytes) noexcept
+    : read_(bytes.size())
 {
-    for (;;) {
-        switch (cutter_.next(line)) {
-        case format::CLineCutter::Result::Line:
-            return Result::Line;
-        case format::CLineCutter::Result::TooLong:
-            return Result::TooLong;
-        case format::CLineCutter::Result::NeedBytes:
-            break;
-        }
-        const ssize_t count = file_.read(cutter_.room());
-        if (count < 0) {
-            return Result::Failed;
-        }
-        read_ += static_cast<std::size_t>(count);
-        cutter_.received(static_cast<std::size_t>(count));
+    std::ranges::copy(bytes, cutter_.room().begin());
+    cutter_.received(bytes.size());
+    cutter_.received(0);
+}
+
+bool CLineReader::readAhead() noexcept
+{
+    const ssize_t count = file_->read(cutter_.room());
+    if (count < 0) {
+        return false;
     }
+    read_ += static_cast<std::size_t>(count);
+    cutter_.received(static_cast<std::size_t>(count));
+    return true;
 }
 
 std::size_t CLineReader::bytesAhead() const noexcept
 {
-    const std::size_t size = file_.size();
+    const std::size_t size = file_->size();
     const std::size_t delivered = bytesDelivered();
     return size > delivered ? size - delivered : 0;
 }

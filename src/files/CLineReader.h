@@ -16,12 +16,30 @@ public:
     };
 
     explicit CLineReader(qm::CQMInputFile& file) noexcept
-        : file_(file)
+        : file_(&file)
     {
     }
+    /// Reads the lines of a file whose bytes, at most mostBytes, are given instead.
+    explicit CLineReader(std::string_view bytes) noexcept;
+    static constexpr std::size_t mostBytes = 4096;
 
     /// Delivers the next line, valid until the next call. After a last LF comes one empty line.
-    Result next(std::string_view& line) noexcept;
+    Result next(std::string_view& line) noexcept
+    {
+        for (;;) {
+            switch (cutter_.next(line)) {
+            case format::CLineCutter::Result::Line:
+                return Result::Line;
+            case format::CLineCutter::Result::TooLong:
+                return Result::TooLong;
+            case format::CLineCutter::Result::NeedBytes:
+                break;
+            }
+            if (!readAhead()) {
+                return Result::Failed;
+            }
+        }
+    }
 
     /// True when the line was ended by the file, not by an LF: there is none after it.
     bool hitEnd() const noexcept { return cutter_.hitEnd(); }
@@ -35,7 +53,9 @@ public:
     std::size_t bytesDelivered() const noexcept { return read_ - cutter_.ahead().size(); }
 
 private:
-    qm::CQMInputFile& file_;
+    bool readAhead() noexcept;
+
+    qm::CQMInputFile* file_ = nullptr; ///< null when all has been read
     std::size_t read_ = 0;
     format::CLineCutter cutter_;
 };

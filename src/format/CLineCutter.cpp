@@ -1,24 +1,15 @@
 #include "format/CLineCutter.h"
 
-#include "format/vocabulary.h"
-
-#include <algorithm>
 #include <cstring>
 
 namespace format {
 
-CLineCutter::Result CLineCutter::next(std::string_view& line) noexcept
+CLineCutter::Result CLineCutter::nextWithoutEnd(std::string_view& line) noexcept
 {
     const std::string_view bytes = ahead();
-    const std::size_t length = bytes.find('\n');
-    if (std::min(length, bytes.size()) > maxLineLength) {
+    if (bytes.size() > maxLineLength) {
         line = bytes.substr(0, maxLineLength);
         return Result::TooLong;
-    }
-    if (length != std::string_view::npos) {
-        line = bytes.substr(0, length);
-        begin_ += length + 1;
-        return Result::Line;
     }
     if (!ended_) {
         return Result::NeedBytes;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "format/vocabulary.h"
+
 #include <array>
 #include <cstddef>
 #include <span>
@@ -21,7 +23,17 @@ public:
     };
 
     /// Delivers the next line, valid until room() is called. After a last LF comes one empty line.
-    Result next(std::string_view& line) noexcept;
+    Result next(std::string_view& line) noexcept
+    {
+        const std::string_view bytes = ahead();
+        const std::size_t length = bytes.find('\n');
+        if (length > maxLineLength) {
+            return nextWithoutEnd(line);
+        }
+        line = bytes.substr(0, length);
+        begin_ += length + 1;
+        return Result::Line;
+    }
 
     /// Where to copy bytes to; never empty after next() has asked for them.
     std::span<char> room() noexcept;
@@ -34,6 +46,9 @@ public:
     std::string_view ahead() const noexcept { return { buffer_.data() + begin_, end_ - begin_ }; }
 
 private:
+    /// The same where no LF is as near as it must be.
+    Result nextWithoutEnd(std::string_view& line) noexcept;
+
     bool ended_ = false; ///< the file has no more bytes
     bool hitEnd_ = false;
     std::size_t begin_ = 0;

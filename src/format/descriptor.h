@@ -1,5 +1,8 @@
 #pragma once
 
+#include "format/innerText.h"
+#include "format/vocabulary.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,9 +21,16 @@ public:
     ///
     /// A line that is not UTF-8, though the file should be, is in the locale's encoding; a line that the
     /// locale cannot convert is empty. The result views `bytes` or the object, until the next call.
-    std::string_view decode(std::string_view bytes);
+    std::string_view decode(std::string_view bytes)
+    {
+        std::string_view line = plainIsText_ && text::isPlain(bytes) ? bytes : convert(bytes);
+        line.remove_suffix(line.ends_with('\r') ? 1 : 0);
+        return line;
+    }
 
 private:
+    std::string_view convert(std::string_view bytes);
+
     bool utf8_;
     bool plainIsText_; ///< ASCII without a NUL decodes to itself
     std::string decoded_;
@@ -36,7 +46,25 @@ public:
     };
 
     /// Parses the next line. key() and value() are valid until the next call, as long as `bytes` is.
-    Result parse(std::string_view bytes);
+    Result parse(std::string_view bytes)
+    {
+        if (!decoder_) {
+            utf8_ = bytes.starts_with(utf8Mark);
+            bytes.remove_prefix(utf8_ ? utf8Mark.size() : 0);
+            decoder_.emplace(utf8_);
+        }
+        // Decoded before it is cut: a character of more than one byte may be the "=".
+        const std::string_view line = decoder_->decode(bytes);
+        const std::size_t end = line.find(keyEnd);
+        if (end == std::string_view::npos) {
+            key_ = {};
+            value_ = line;
+            return line.empty() ? Result::Blank : Result::NoKey;
+        }
+        key_ = line.substr(0, end);
+        value_ = line.substr(end + 1);
+        return Result::Entry;
+    }
 
     std::string_view key() const noexcept { return key_; }
     std::string_view value() const noexcept { return value_; }

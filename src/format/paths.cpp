@@ -44,14 +44,15 @@ PathParts splitPath(std::string_view path) noexcept
 
 bool isBareName(std::string_view name) noexcept
 {
-    return name.find_first_of(separators) == std::string_view::npos;
+    return std::ranges::all_of(separators, [name](char c) { return name.find(c) == std::string_view::npos; });
 }
 
 std::string joinPath(std::string_view directory, std::string_view name)
 {
     std::string path;
     path.reserve(directory.size() + 1 + name.size());
-    return path.append(directory).append(1, '/').append(name);
+    path.append(directory).append(1, '/').append(name);
+    return path; // moved, where the result of append() would be copied
 }
 
 std::string shown(std::string_view path)

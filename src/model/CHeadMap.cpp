@@ -7,7 +7,8 @@ int CHeadMap::load(CDirectory& directory, const CLog& log, const LoadMessages& m
 {
     return loadAll(
         heads_, directory, format::headKind, messages, log,
-        [&log](const FoundFile& file) { return CParameterData(file, log); }, [](const CParameterData&) {});
+        [&log](const FoundFile& file) { return CParameterData(file, log); },
+        [](const CParameterData&, long) {});
 }
 
 int CHeadMap::list(const CIdMap<CParameter>& descriptions, PARAMETER*& params, int& count) const

@@ -63,8 +63,8 @@ int CMatter::loadChildren(CIdMap<Child>& children, long& maxId, CDirectory& dire
     return loadAll(
         children, directory, kind, messages, log(),
         [this](const FoundFile& file) { return Child(file, log(), localizer()); },
-        [&](const Child& child) {
+        [&](const Child& child, long id) {
             child.noteStringIds(kind);
-            maxId = std::max(maxId, child.getID());
+            maxId = std::max(maxId, id);
         });
 }

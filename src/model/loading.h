@@ -20,7 +20,8 @@ struct LoadMessages {
 /// Loads all objects of one kind that a directory holds, in its order; stops at the first bad one and returns
 /// its code. Of objects with one ID the one loaded last stands. A substance without phases is skipped.
 ///
-/// `make` makes an object from a file; `note` sees each object made, those that are refused included.
+/// `make` makes an object from a file; `note` sees each object made with its ID, those that are refused
+/// included.
 template <class Object, class Make, class Note>
 int loadAll(CIdMap<Object>& objects, CDirectory& directory, const format::DescriptorKind& kind,
     const LoadMessages& messages, const CLog& log, Make&& make, Note&& note)
@@ -36,7 +37,8 @@ int loadAll(CIdMap<Object>& objects, CDirectory& directory, const format::Descri
     objects.reserve(files.size());
     for (const FoundFile& file : files) {
         Object object = make(file);
-        note(object);
+        const long id = object.getID();
+        note(object, id);
         if (object.status == QMDB_E_NO_PHASES) {
             log.error("Material without phases: ", object.path.shown());
             continue;
@@ -45,7 +47,6 @@ int loadAll(CIdMap<Object>& objects, CDirectory& directory, const format::Descri
             log.error(messages.cannotLoad, object.path.shown());
             return object.status;
         }
-        const long id = object.getID();
         objects.append(id, std::move(object));
         log.info(messages.added, id);
     }

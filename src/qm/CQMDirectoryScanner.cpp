@@ -4,7 +4,6 @@
 #include "qm/retry.h"
 
 #include <fcntl.h>
-#include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -38,8 +37,9 @@ bool CQMDirectoryScanner::GetNext() noexcept
         }
         const auto& entry = *reinterpret_cast<const dirent64*>(buffer_.data() + at_);
         at_ += entry.d_reclen;
-        if (!isSelfOrParent(entry.d_name)) {
-            name_ = entry.d_name;
+        name_ = entry.d_name;
+        if (!isSelfOrParent(name_)) {
+            isRegular_ = entry.d_type == DT_REG;
             kind_ = kindOf(entry);
             mayBeLink_ = entry.d_type == DT_LNK || entry.d_type == DT_UNKNOWN;
             return true;

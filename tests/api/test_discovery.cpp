@@ -10,10 +10,32 @@ namespace {
 
 using namespace test;
 
+const std::string head = "ID=7\nVector=0\nType=2\nData=d.dat\n";
+
+/// A head of so many bytes.
+std::string longHead(std::size_t size)
+{
+    std::string text = head;
+    while (text.size() + 3 <= size) {
+        text += "Z=\n";
+    }
+    return text.append(size - text.size(), '\n');
+}
+
+/// The same head many times, more than is read ahead in one directory.
+Tree manyHeads()
+{
+    Tree tree;
+    for (int i = 0; i < 30; ++i) {
+        tree.push_back({ "W/L/d" + std::to_string(i) + ".prh", longHead(3000) });
+    }
+    return tree;
+}
+
 struct EntryCase {
     const char* name;
     Tree more;
-    const char* log;
+    std::string log;
     std::string listed = waterListing;
 };
 
@@ -36,6 +58,15 @@ const EntryCase entryCases[] = {
     { "descriptorThatLinksToADirectory", { { "W/v.mtd", "L", Kind::link } }, "" },
     { "socketCountsAsADirectory", { { "W/v.mtd", "", Kind::socket }, { "s", "", Kind::socket } }, "" },
     { "danglingLinkIsNoDirectory", { { "N", "nowhere", Kind::link } }, "" },
+    { "headThatLinksToAFile", { { "W/L/h.txt", head }, { "W/L/d.prh", "h.txt", Kind::link } }, "" },
+    { "headWithoutLineEnd", { { "W/L/d.prh", "X=\n" + head.substr(0, head.size() - 1) } }, "" },
+    { "headOfOneBufferLessOne", { { "W/L/d.prh", longHead(4095) } }, "" },
+    { "headOfOneBuffer", { { "W/L/d.prh", longHead(4096) } }, "" },
+    { "headOfManyBuffers", { { "W/L/d.prh", longHead(100'000) } }, "" },
+    { "tooLongALine", { { "W/L/d.prh", head + std::string(1023, 'z') + "\nID=8" } },
+        "ERROR: File format error: $/W/L/d.prh(" + std::string(1022, 'z')
+            + ")\nERROR: File format error (line too long): $/W/L/d.prh\n" },
+    { "manyHeads", manyHeads(), "" },
     { "backslashSeparates", { { "I/a\\i.mtd", bareIron[0].bytes }, bareIron[1] },
         "ERROR: Material without phases: $/I/a\\i.mtd\n" },
 };
@@ -43,12 +74,14 @@ const EntryCase entryCases[] = {
 TEST(Discovery, entries)
 {
     for (const EntryCase& row : entryCases) {
-        SCOPED_TRACE(row.name);
-        const TempDatabase tree(water + row.more);
-        const OpenDatabase db(tree);
-        EXPECT_EQ(db.code, QMDB_OK);
-        EXPECT_EQ(listing(db.id), row.listed);
-        EXPECT_EQ(tree.log(), row.log);
+        for (const Tree& others : { Tree {}, crowdIn("W") }) {
+            SCOPED_TRACE(row.name + std::string(others.empty() ? "" : ", in a crowd"));
+            const TempDatabase tree(water + others + row.more);
+            const OpenDatabase db(tree);
+            EXPECT_EQ(db.code, QMDB_OK);
+            EXPECT_EQ(listing(db.id), row.listed);
+            EXPECT_EQ(tree.log(), row.log);
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 #include "faults/FaultyAddition.h"
 #include "faults/Watch.h"
 #include "support/OpenDatabase.h"
+#include "support/trees.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -52,7 +53,7 @@ void strikeEverywhere(Strike&& strike)
 
 TEST(FailingCall, open)
 {
-    const TempDatabase tree(readBase());
+    const TempDatabase tree(readBase() + crowdIn("away/substance"));
     const std::string whole = listing(OpenDatabase(tree).id);
     strikeEverywhere([&](const Plan& plan) {
         const std::size_t descriptors = openDescriptors();

@@ -40,7 +40,7 @@ class Memory : public testing::TestWithParam<Mode> { };
 
 TEST_P(Memory, open)
 {
-    const TempDatabase tree(water
+    const TempDatabase tree(water + crowdIn("W")
         + Tree { { "default.lst", "1=\xC3\xA4\n" },
             { "W/w.mtd",
                 std::string(utf8Mark)

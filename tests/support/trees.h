@@ -27,6 +27,13 @@ inline constexpr const char* waterListing = "matter 4 'Water' '' mixture 0\n"
                                             "  change 3 'Melting' 1 to 2\n"
                                             "    param 8 type 1 vector '' '' = 1 2 3\n";
 
+/// So many directories in a substance that what lies in them is read while they are listed, as few stay open.
+inline Tree crowdIn(const std::string& substance)
+{
+    return { { substance + "/E1/", "" }, { substance + "/E2/", "" }, { substance + "/E3/", "" },
+        { substance + "/E4/", "" } };
+}
+
 /// Another substance, with a phase that has nothing of its own.
 inline const Tree bareIron = {
     { "I/i.mtd", "ID=5\nName=Iron\nMixture=0\nComposition=\n" },
