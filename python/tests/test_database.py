@@ -9,6 +9,7 @@ import re
 import shutil
 import subprocess
 import sys
+import time
 from pathlib import Path
 from typing import Any
 
@@ -143,6 +144,19 @@ def test_a_command_that_fails_is_told(tmp_path: Path) -> None:
             pytest.raises(qmdatabase.CommandError, match=message),
         ):
             _ = database["Water"].formula
+
+
+def test_closing_ends_a_command_that_nobody_waits_for(tmp_path: Path) -> None:
+    endless = tmp_path / "endless"
+    endless.write_text(f"#!/bin/sh\necho $$ > {tmp_path}/pid\nexec sleep 1000\n")
+    endless.chmod(0o755)
+    database = qmdatabase.open(SAMPLE, command=str(endless))
+    database._annotations.start()
+    while not (tmp_path / "pid").exists() or not (tmp_path / "pid").read_text():
+        time.sleep(0.01)
+    database.close()
+    with pytest.raises(ProcessLookupError):
+        os.kill(int((tmp_path / "pid").read_text()), 0)
 
 
 def test_what_outlives_a_closed_database() -> None:

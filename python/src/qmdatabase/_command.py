@@ -76,6 +76,11 @@ class Annotations:
             if self._substances is None and self._process is None:
                 self._process = self._run()
 
+    def stop(self) -> None:
+        """Ends a command that nobody waits for."""
+        with self._lock:
+            self._stop()
+
     def forget(self) -> None:
         """Something was added; what is asked next reads anew."""
         with self._lock:

@@ -69,7 +69,7 @@ class Database:
         # A database may do without string tables, though the log tells of each that is missing.
         errors = [line for line in connection.opening_errors if not _is_missing_table(line)]
         if errors:
-            warnings.warn(f'the database "{self.path}" is not whole: ' + "; ".join(errors), DatabaseWarning, 5)
+            warnings.warn(f'the database "{self.path}" is not whole: ' + "; ".join(errors), DatabaseWarning, 4)
         return connection
 
     def __getstate__(self) -> dict[str, Any]:
@@ -91,6 +91,7 @@ class Database:
 
     def close(self) -> None:
         """Closes the database and frees what it holds in memory. Closing again does nothing."""
+        self._annotations.stop()
         self._calls.close()
 
     @property
