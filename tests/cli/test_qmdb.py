@@ -39,6 +39,11 @@ class Reading(CommandTest):
         self.assertEqual({"id": 1, "name": "Density", "symbol": None, "units": "kg/m³", "type": "T",
                           "vector": False, "argumentNames": ["pressure", "temperature"],
                           "argumentUnits": ["Pa", "K"], "source": None, "accuracy": None, "points": 3, "ranges": {"P": [1e5, 1e6], "T": [280, 300]}}, listed[0]["phases"][0]["parameters"][0])
+        commented = json.loads(self.output("list", self.database, "--json", "--comments"))
+        told = [commented[0]["parameters"][0].pop("comments"), commented[0]["changes"][0]["parameters"][0]["comments"]]
+        self.assertEqual(["kg/mol", ""], told)
+        self.assertEqual(listed[0]["parameters"], commented[0]["parameters"])
+        self.assertIn("--json", self.run_command("list", self.database, "--comments")[2])
 
     def test_gets_values(self):
         water = ["get", self.database, "Water"]

@@ -18,6 +18,7 @@ struct ListOptions {
     std::string substance;
     bool json = false;
     bool sources = false;
+    bool comments = false;
 };
 
 std::vector<Range> rangesOf(const Table& table)
@@ -35,13 +36,17 @@ std::vector<Range> rangesOf(const Table& table)
 struct Place {
     const Database& database;
     const Annotations& annotations;
+    bool comments; ///< whether those of data files are asked for
 };
 
 ListedParameter listParameter(
     const Place& place, const Substance& substance, const Owner& owner, const Parameter& parameter)
 {
     const ParameterNotes notes = place.annotations.parameter(substance.id, owner, parameter);
-    ListedParameter listed { parameter, notes, 0, {}, {} };
+    ListedParameter listed { parameter, notes, 0, {}, {}, {} };
+    if (place.comments) {
+        listed.comments = place.annotations.comments(notes.dataFile);
+    }
     try {
         const Table table = place.database.value(substance.id, owner, parameter.id);
         listed.points = table.points.size();
@@ -85,7 +90,7 @@ int runList(const ListOptions& options)
     {
         Progress progress(wanted.size());
         for (const Substance& substance : wanted) {
-            listed.push_back(listSubstance({ database, annotations }, substance));
+            listed.push_back(listSubstance({ database, annotations, options.comments }, substance));
             progress.step();
         }
     }
@@ -111,6 +116,8 @@ void addListCommand(CLI::App& app, Action& action)
     auto* json = command->add_flag("--json", options->json, "As JSON");
     command->add_flag("--sources", options->sources, "Where each value comes from, and how accurate it is")
         ->excludes(json);
+    command->add_flag("--comments", options->comments, "With --json: the comments of the data files as well")
+        ->needs(json);
 }
 
 } // namespace tool

@@ -4,6 +4,7 @@
 #include "database/Database.h"
 #include "output/Output.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@ struct ListedParameter {
     ParameterNotes notes;
     std::size_t points = 0;
     std::vector<Range> ranges; ///< of the arguments
+    std::optional<std::string> comments; ///< of the data file, where they are asked for
     std::string error; ///< why the value cannot be read; else empty
 };
 
