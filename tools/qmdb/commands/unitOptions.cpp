@@ -102,10 +102,10 @@ UnitChoice::UnitChoice(const std::vector<std::string>& texts)
     }
 }
 
-const UnitChoice::Wish* UnitChoice::wishForValue(const Parameter& parameter, bool fitting) const
+const UnitChoice::Wish* UnitChoice::wishForValue(const ParameterNotes& notes, bool fitting) const
 {
     for (const Wish& wish : wishes_) {
-        if (wish.argument.empty() && (!fitting || findConversion(parameter.units, wish.units))) {
+        if (wish.argument.empty() && (!fitting || findConversion(notes.units, wish.units))) {
             return &wish;
         }
     }
@@ -136,9 +136,10 @@ ShownUnits UnitChoice::chooseUnits(Parameter& parameter, ParameterNotes& notes, 
             wish->used = true;
         }
     }
-    if (const Wish* wish = wishForValue(parameter, fitting)) {
-        units.value = conversionOf(parameter.name, parameter.units, wish->units);
+    if (const Wish* wish = wishForValue(notes, fitting)) {
+        units.value = conversionOf(parameter.name, notes.units, wish->units);
         parameter.units = wish->units;
+        notes.units = wish->units;
         wish->used = true;
     }
     return units;

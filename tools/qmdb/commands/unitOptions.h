@@ -60,7 +60,7 @@ private:
     ShownUnits chooseUnits(Parameter& parameter, ParameterNotes& notes, bool fitting) const;
     const Wish* wishFor(
         const Parameter& parameter, const ParameterNotes& notes, std::size_t index, bool fitting) const;
-    const Wish* wishForValue(const Parameter& parameter, bool fitting) const;
+    const Wish* wishForValue(const ParameterNotes& notes, bool fitting) const;
 
     std::vector<Wish> wishes_;
 };
