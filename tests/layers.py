@@ -11,6 +11,7 @@ TOOL = "tools/qmdb/"
 # What each folder of the command may include beside itself and the exported functions.
 TOOL_FOLDERS = {
     "common": [],
+    "units": ["common"],
     "database": ["common"],
     "annotations": ["common", "database"],
     "input": ["common", "database"],
@@ -18,7 +19,7 @@ TOOL_FOLDERS = {
     "check": ["common", "database", "annotations"],
     "writing": ["common", "database", "annotations", "input", "check"],
     "comparison": ["common", "database", "annotations", "writing"],
-    "commands": ["common", "database", "annotations", "input", "output", "check", "comparison", "writing"],
+    "commands": ["common", "units", "database", "annotations", "input", "output", "check", "comparison", "writing"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
 OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],

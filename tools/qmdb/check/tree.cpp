@@ -2,10 +2,12 @@
 
 #include "annotations/scan.h"
 #include "check/listing.h"
+#include "check/parallel.h"
 #include "check/rules.h"
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <iterator>
 
 namespace tool::check {
 
@@ -120,15 +122,24 @@ void readRootFiles(Context& context, const Listing& root, Tree& tree)
     }
 }
 
+void readSubstances(Context& context, const Listing& root, Tree& tree)
+{
+    std::vector<Tree> parts(root.directories.size());
+    doInThreads(
+        context, parts.size(),
+        [&](Context& own, std::size_t i) { readSubstance(own, root.directories[i], parts[i]); }, [] {});
+    for (Tree& part : parts) {
+        std::ranges::move(part.substances, std::back_inserter(tree.substances));
+    }
+}
+
 } // namespace
 
 Tree readTree(Context& context)
 {
     const Listing root = list(context, "");
     Tree tree;
-    for (const std::string& name : root.directories) {
-        readSubstance(context, name, tree);
-    }
+    readSubstances(context, root, tree);
     readRootFiles(context, root, tree);
     reportStrayFiles(context, root, { format::descriptionExtension });
     return tree;

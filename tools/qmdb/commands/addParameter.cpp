@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "annotations/Annotations.h"
 #include "commands/editing.h"
 #include "commands/owners.h"
 #include "commands/valueInput.h"
@@ -45,8 +46,10 @@ int runAddParameter(const ParameterOptions& options)
     const GivenValue given = readValue(options.value);
     const DatabaseLock lock(options.location.directory);
     const Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
-    const Owner owner = chooseOwner(database, substance, options.phase, options.change);
+    const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const Substance substance = resolver.substance(options.substance);
+    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
     writing::Edit edit(options.location.directory, options.location.language, substance.id);
     const Description description = chooseDescription(edit, options.parameter);
     addArgumentUnits(edit, description, options.argumentUnits);

@@ -145,7 +145,7 @@ std::vector<writing::KeyChange> KeyOptions::changes() const
 }
 
 Owner chooseOwner(
-    const Database& database, const Substance& substance, const std::string& phase, const std::string& change)
+    const Resolver& resolver, const Substance& substance, const std::string& phase, const std::string& change)
 {
     OwnerOptions options;
     if (!phase.empty()) {
@@ -154,12 +154,18 @@ Owner chooseOwner(
     if (!change.empty()) {
         options.changes.push_back(change);
     }
-    return chooseOwners(database, substance, options).front();
+    return resolver.owners(substance, options).front();
 }
 
 Description chooseDescription(const writing::Edit& edit, const std::string& wanted)
 {
-    return choose(writing::descriptionsOf(edit), wanted, "parameter");
+    const Annotations annotations(edit.directory());
+    return choose<Description>(
+        writing::descriptionsOf(edit), wanted, "parameter", [&annotations](const Description& description) {
+            std::vector<std::string> names = annotations.descriptionNames(description.id);
+            names.push_back(annotations.description(description.id).symbol);
+            return names;
+        });
 }
 
 } // namespace tool

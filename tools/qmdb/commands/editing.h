@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commands/owners.h"
 #include "commands/subcommand.h"
 #include "database/entities.h"
 #include "writing/Edit.h"
@@ -77,10 +78,10 @@ private:
 };
 
 /// A phase or a phase change of a substance, or the substance itself, as a user names it.
-Owner chooseOwner(const Database& database, const Substance& substance, const std::string& phase,
+Owner chooseOwner(const Resolver& resolver, const Substance& substance, const std::string& phase,
     const std::string& change);
 
-/// A parameter that the database describes, by name or number.
+/// A parameter that the database describes, by name in either language, number or symbol.
 Description chooseDescription(const writing::Edit& edit, const std::string& wanted);
 
 } // namespace tool

@@ -3,6 +3,7 @@
 #include "annotations/Annotations.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
+#include "commands/unitOptions.h"
 #include "output/Progress.h"
 #include "output/SqliteExporter.h"
 #include "output/TidyExporter.h"
@@ -23,6 +24,7 @@ struct ExportOptions {
     bool csv = false;
     bool jsonLines = false;
     bool json = false;
+    std::vector<std::string> units;
     std::string sqlite; ///< empty when not given
     std::string file; ///< empty for standard output
     bool all = false;
@@ -106,7 +108,8 @@ std::unique_ptr<Exporter> makeExporter(const ExportOptions& options, const More&
 class Export {
 public:
     explicit Export(const ExportOptions& options)
-        : database_(options.location)
+        : units_(options.units)
+        , database_(options.location)
         , annotations_(options.location.directory)
         , substances_(database_.substances())
         , more_(options)
@@ -130,6 +133,9 @@ public:
             }
         }
         exporter_->finish();
+        if (const std::string unused = units_.unused(); !unused.empty()) {
+            fmt::print(stderr, "qmdb: note: --units {} fits nothing in the database\n", unused);
+        }
         return whole_;
     }
 
@@ -170,10 +176,12 @@ private:
     bool addValue(const Substance& substance, const Owner& owner, const Parameter& parameter)
     {
         try {
-            const Table table = database_.value(substance.id, owner, parameter.id);
-            const ParameterNotes notes = annotations_.parameter(substance.id, owner, parameter);
+            Table table = database_.value(substance.id, owner, parameter.id);
+            ParameterNotes notes = annotations_.parameter(substance.id, owner, parameter);
             warnOfMisreadings(annotations_, notes.dataFile, substance, owner, parameter);
-            exporter_->addValue({ substance, compositionText(substance, substances_), owner, parameter, table,
+            Parameter shown = parameter;
+            units_.chooseFitting(shown, notes).convert(table);
+            exporter_->addValue({ substance, compositionText(substance, substances_), owner, shown, table,
                 annotations_.substance(substance.id), notes, annotations_.comments(notes.dataFile),
                 more_.texts(&substance, &owner, parameter.id) });
             exported_.insert(parameter.id);
@@ -186,6 +194,7 @@ private:
         }
     }
 
+    UnitChoice units_;
     Database database_;
     Annotations annotations_;
     std::vector<Substance> substances_;
@@ -215,6 +224,7 @@ void addExportCommand(CLI::App& app, Action& action)
         = form->add_option("--sqlite", options->sqlite, "A new SQLite file with tables, keys and indexes");
     form->require_option(0, 1);
     sqlite->type_name("FILE")->check(notEmpty());
+    addUnitsOption(*command, options->units);
     command
         ->add_flag("--all", options->all,
             "With rows and columns for what has no values, and texts in Russian: all that import takes")

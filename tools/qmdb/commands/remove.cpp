@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "annotations/Annotations.h"
 #include "commands/descriptionOptions.h"
 #include "commands/editing.h"
 #include "commands/owners.h"
@@ -47,7 +48,9 @@ int runRemoveSubstance(const RemoveOptions& options)
 {
     const DatabaseLock lock(options.location.directory);
     const Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
+    const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const Substance substance = resolver.substance(options.substance);
     const auto owners = database.owners(substance.id);
     const std::size_t phases = database.phases(substance.id).size();
     writing::Edit edit(options.location.directory, options.location.language);
@@ -62,8 +65,10 @@ int runRemoveOwner(const RemoveOptions& options)
 {
     const DatabaseLock lock(options.location.directory);
     const Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
-    const Owner owner = chooseOwner(database, substance, options.phase, options.change);
+    const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const Substance substance = resolver.substance(options.substance);
+    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
     writing::Edit edit(options.location.directory, options.location.language);
     writing::removeOwner(edit, substance.id, owner);
     return finishRemoval(edit, options.edit, ownerText(substance, owner),
@@ -74,9 +79,11 @@ int runRemoveValue(const RemoveOptions& options)
 {
     const DatabaseLock lock(options.location.directory);
     const Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
-    const Owner owner = chooseOwner(database, substance, options.phase, options.change);
-    const Parameter parameter = chooseParameter(database, substance, owner, options.parameter);
+    const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const Substance substance = resolver.substance(options.substance);
+    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
+    const Parameter parameter = resolver.parameter(substance, owner, options.parameter);
     writing::Edit edit(options.location.directory, options.location.language);
     writing::removeValue(edit, substance.id, owner, parameter.id);
     return finishRemoval(edit, options.edit,

@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "annotations/Annotations.h"
 #include "commands/descriptionOptions.h"
 #include "commands/editing.h"
 #include "commands/owners.h"
@@ -99,8 +100,10 @@ int runSetOwner(const SetOwnerOptions& options)
 {
     const DatabaseLock lock(options.location.directory);
     const Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
-    const Owner owner = chooseOwner(database, substance, options.phase, options.change);
+    const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const Substance substance = resolver.substance(options.substance);
+    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
     const writing::DescriptorChange change = changeOf(options, database, substance);
     requireTwoPhases(owner, change);
     writing::Edit edit(options.location.directory, options.location.language);
@@ -144,9 +147,11 @@ int runSetValue(const SetValueOptions& options)
     const writing::ValueChange change = changeOf(options);
     const DatabaseLock lock(options.location.directory);
     const Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
-    const Owner owner = chooseOwner(database, substance, options.phase, options.change);
-    const Parameter parameter = chooseParameter(database, substance, owner, options.parameter);
+    const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const Substance substance = resolver.substance(options.substance);
+    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
+    const Parameter parameter = resolver.parameter(substance, owner, options.parameter);
     writing::Edit edit(options.location.directory, options.location.language);
     const auto kept = writing::setValue(edit, substance.id, owner, parameter.id, change);
     const int status = finishEdit(edit, options.edit,

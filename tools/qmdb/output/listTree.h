@@ -2,6 +2,7 @@
 
 #include "annotations/Annotations.h"
 #include "database/Database.h"
+#include "database/interpolation.h"
 #include "output/Output.h"
 
 #include <optional>
@@ -9,11 +10,6 @@
 #include <vector>
 
 namespace tool {
-
-struct Range {
-    double least = 0;
-    double most = 0;
-};
 
 struct ListedParameter {
     Parameter parameter;
