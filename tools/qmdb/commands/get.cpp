@@ -3,7 +3,6 @@
 #include "annotations/Annotations.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
-#include "common/names.h"
 #include "output/Output.h"
 #include "output/json.h"
 #include "output/valueTable.h"
@@ -64,11 +63,12 @@ void printSource(Output& output, const ValueNotes& notes)
 int runGet(const GetOptions& options)
 {
     const Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
-    const Owner owner = chooseOwners(database, substance, options.owner).front();
-    const Parameter parameter = chooseParameter(database, substance, owner, options.parameter);
-    const Table table = database.value(substance.id, owner, parameter.id);
     const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const auto [substance, owners] = resolver.material(options.substance, options.owner);
+    const Owner& owner = owners.front();
+    const Parameter parameter = resolver.parameter(substance, owner, options.parameter);
+    const Table table = database.value(substance.id, owner, parameter.id);
     const ParameterNotes notes = annotations.parameter(substance.id, owner, parameter);
     warnOfMisreadings(annotations, notes.dataFile, substance, owner, parameter);
     Output output;

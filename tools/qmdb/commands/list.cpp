@@ -1,7 +1,7 @@
 #include "commands/commands.h"
 
 #include "annotations/Annotations.h"
-#include "common/names.h"
+#include "commands/owners.h"
 #include "output/Output.h"
 #include "output/Progress.h"
 #include "output/listJson.h"
@@ -76,11 +76,11 @@ int runList(const ListOptions& options)
 {
     const Database database(options.location);
     const std::vector<Substance> all = database.substances();
+    const Annotations annotations(options.location.directory);
     std::vector<Substance> wanted = all;
     if (!options.substance.empty()) {
-        wanted = { choose(all, options.substance, "substance") };
+        wanted = { Resolver(database, annotations).substance(options.substance) };
     }
-    const Annotations annotations(options.location.directory);
     std::vector<ListedSubstance> listed;
     {
         Progress progress(wanted.size());

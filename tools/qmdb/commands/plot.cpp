@@ -4,7 +4,6 @@
 #include "commands/misreadings.h"
 #include "commands/owners.h"
 #include "common/characters.h"
-#include "common/names.h"
 #include "output/gnuplot.h"
 
 #include <algorithm>
@@ -35,13 +34,13 @@ struct Drawn {
 /// The values to draw: each substance with each phase or change.
 std::vector<Drawn> readValues(const Database& database, const PlotOptions& options)
 {
-    const std::vector<Substance> all = database.substances();
     const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
     std::vector<Drawn> values;
     for (auto name = options.names.begin(); name + 1 != options.names.end(); ++name) {
-        const Substance substance = choose(all, *name, "substance");
-        for (const Owner& owner : chooseOwners(database, substance, options.owner)) {
-            const Parameter parameter = chooseParameter(database, substance, owner, options.names.back());
+        const auto [substance, owners] = resolver.material(*name, options.owner);
+        for (const Owner& owner : owners) {
+            const Parameter parameter = resolver.parameter(substance, owner, options.names.back());
             const ParameterNotes notes = annotations.parameter(substance.id, owner, parameter);
             warnOfMisreadings(annotations, notes.dataFile, substance, owner, parameter);
             values.push_back(
@@ -190,8 +189,8 @@ void addPlotCommand(CLI::App& app, Action& action)
     const auto options = std::make_shared<PlotOptions>();
     CLI::App* command = addCommand(app, action, "plot", "Draw the curves of a parameter", options, runPlot);
     command
-        ->add_option(
-            "NAME", options->names, "Substances to compare, and last the parameter, by name or number")
+        ->add_option("NAME", options->names,
+            "What to compare, SUBSTANCE or SUBSTANCE:PHASE, and last the parameter, by name or number")
         ->check(notEmpty())
         ->required()
         ->expected(-2); // two or more
