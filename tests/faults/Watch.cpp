@@ -1,14 +1,17 @@
 #include "faults/Watch.h"
 
+#include "support/Reliability.h"
+
 #include <cerrno>
 #include <cstdarg>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <string_view>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 #include <utility>
 
@@ -143,12 +146,6 @@ const std::vector<int>& errorNumbers()
     return numbers;
 }
 
-bool isLongRun()
-{
-    const char* const value = std::getenv("QMDB_LONG");
-    return value && std::string_view(value) == "1";
-}
-
 } // namespace test
 
 using namespace test;
@@ -245,6 +242,26 @@ int flock(int file, int operation) noexcept
 int ftruncate(int file, off_t size) noexcept
 {
     return plainCall({ Call::truncate, file }, SYS_ftruncate, file, size);
+}
+
+int fstatfs(int file, struct statfs* status) noexcept
+{
+    return plainCall({ Call::status, file }, SYS_fstatfs, file, status);
+}
+
+int inotify_init1(int flags) noexcept
+{
+    return plainCall({ Call::watch }, SYS_inotify_init1, flags);
+}
+
+int inotify_add_watch(int watches, const char* path, uint32_t events) noexcept
+{
+    return plainCall({ Call::watch, watches, path }, SYS_inotify_add_watch, watches, path, events);
+}
+
+int inotify_rm_watch(int watches, int watch) noexcept
+{
+    return plainCall({ Call::watch, watches }, SYS_inotify_rm_watch, watches, watch);
 }
 
 } // extern "C"

@@ -2,6 +2,7 @@
 
 #include "faults/Watch.h"
 #include "support/OpenDatabase.h"
+#include "support/Reliability.h"
 #include "support/additionKinds.h"
 
 #include <algorithm>
