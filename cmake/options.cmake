@@ -12,6 +12,7 @@ endif()
 
 option(QMDB_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(QMDB_FUZZ "Build the fuzz targets for libFuzzer; needs clang, best with QMDB_SANITIZE" OFF)
+option(QMDB_COVERAGE "Count which lines and branches of the library run: scripts/coverage" OFF)
 option(QMDB_WERROR "Treat warnings as errors" OFF)
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion)
