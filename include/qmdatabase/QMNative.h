@@ -22,10 +22,9 @@
  *    reached the disk by then stays; what a database shows agrees with the disk.
  * 7. Databases opened separately may be used from separate threads at once: they share nothing but
  *    perhaps a log file. Calls on one database are the host's to serialise, its closing included; the
- *    library starts no threads. The locale must not change while a call runs. Several processes may add
- *    to one tree at once: while a name is chosen its directory is locked against the others, for a
- *    parameter until it is saved. Substances, phases and phase changes that two processes add at once
- *    may get one ID.
+ *    library starts no threads. The locale must not change while a call runs. An addition of a
+ *    parameter locks its directory against other processes while it lasts; substances, phases and
+ *    phase changes that two processes add at once may get one ID.
  * 8. File names are converted to the process's locale (LC_CTYPE) and back, and so are files without a
  *    UTF-8 mark. Call setlocale(LC_CTYPE, "C.UTF-8") or the like before the first call if names or
  *    paths may go beyond ASCII. Numbers in files do not depend on any locale: they are read and

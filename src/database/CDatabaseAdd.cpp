@@ -5,7 +5,6 @@
 #include "format/paths.h"
 #include "format/recordText.h"
 #include "model/saving.h"
-#include "qm/CQMDirectoryLock.h"
 #include "qmdatabase/status.h"
 
 #include <span>
@@ -59,7 +58,6 @@ CFilePath CDatabase::makeEntityDir(
 {
     CDirectory parent(std::move(parentPath));
     parent.open();
-    const qm::CQMDirectoryLock lock(parent.descriptor()); // another process would choose the same name
     const std::string name = uniqueNames_.next(parent, series);
     parent.makeDirectory(name);
     return { std::make_shared<const std::string>(format::joinPath(*parent.path(), name)),
