@@ -209,6 +209,11 @@ int fstat(int file, struct stat* status) noexcept
     return plainCall({ Call::status, file }, SYS_fstat, file, status);
 }
 
+ssize_t readlinkat(int directory, const char* path, char* buffer, size_t size) noexcept
+{
+    return systemCall({ Call::status, directory, path }, SYS_readlinkat, directory, path, buffer, size);
+}
+
 int fsync(int file)
 {
     return plainCall({ Call::sync, file }, SYS_fsync, file);
