@@ -261,7 +261,8 @@ int inotify_init1(int flags) noexcept
 
 int inotify_add_watch(int watches, const char* path, uint32_t events) noexcept
 {
-    return plainCall({ Call::watch, watches, path }, SYS_inotify_add_watch, watches, path, events);
+    // The path names an open directory, in a way of its own.
+    return plainCall({ Call::watch, watches }, SYS_inotify_add_watch, watches, path, events);
 }
 
 int inotify_rm_watch(int watches, int watch) noexcept
