@@ -213,6 +213,28 @@ TEST(Growth, inADirectoryThatHasGoneAndComeAgain)
     tree.make({ "Substance1/Phase1/", "" });
     EXPECT_GE(addPhase(db.id, 0, L"D", 1), 0);
     EXPECT_TRUE(tree.exists("Substance1/Phase2/Phase2.phd"));
+    EXPECT_GE(addPhase(db.id, 0, L"E", 1), 0);
+    EXPECT_TRUE(tree.exists("Substance1/Phase3/Phase3.phd"));
+}
+
+TEST(Growth, inMoreDirectoriesThanAreWatched)
+{
+    constexpr int number = 12;
+    const TempDatabase tree(Tree { { "default.lst", "" } });
+    const OpenDatabase db(tree);
+    for (int i = 0; i < number; ++i) {
+        EXPECT_EQ(addNumbered(db.id, i), i);
+    }
+    for (int round = 1; round < 10; round += 3) {
+        for (int i = 0; i < number; ++i) {
+            const std::string substance = substanceName(i + 1);
+            EXPECT_GE(addPhase(db.id, i, std::to_wstring(round), 1), 0);
+            EXPECT_GE(addPhase(db.id, i, std::to_wstring(round) + L".", 1), 0);
+            tree.make({ substance + "/Phase" + std::to_string(round + 2) + "/", "" });
+            EXPECT_TRUE(tree.exists(substance + "/Phase" + std::to_string(round + 1) + "/Phase"
+                + std::to_string(round + 1) + ".phd"));
+        }
+    }
 }
 
 // The two processes share what the system reports of the directory; each must see all of it.
