@@ -495,7 +495,7 @@ TEST(Arguments, enumerationsOfAnyNumber)
         const auto cut = static_cast<int>(extreme);
         fill(change->name, std::to_wstring(++number));
         change->phase1 = extreme;
-        change->phase2 = -extreme;
+        change->phase2 = -1 - extreme;
         EXPECT_GE(qmdbAddPhaseChange(db.id, 4, change.get()), QMDB_OK);
         EXPECT_GE(addPhase(db.id, 4, std::to_wstring(number), cut), QMDB_OK);
         param->id = 20;

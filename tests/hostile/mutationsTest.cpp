@@ -277,21 +277,21 @@ protected:
 TEST_F(Mutations, areRightOrReported)
 {
     Reliability mutations("mutated files");
-    const unsigned every = isLongRun() ? 1 : 40; // as many does one stand for
+    const unsigned every = isLongRun() ? 1 : QMDB_MUTATIONS_A_CASE;
     for (const auto& [file, bytes] : sample_.files()) {
         EXPECT_TRUE(grammar_.allows(file, bytes)) << file;
-        forEachMutation(bytes, [&](const auto& mutate) {
+        forEachMutation(bytes, [&, &path = file](const auto& mutate) {
             if (random_() % every == 0) {
                 const std::string mutated = mutate();
-                SCOPED_TRACE(file.string() + "\n" + readable(mutated));
-                judge(file, mutated);
+                SCOPED_TRACE(path.string() + "\n" + readable(mutated));
+                judge(path, mutated);
                 ++mutations.cases;
             }
         });
         std::ofstream(file, std::ios::binary) << bytes;
     }
     EXPECT_EQ(sample_.findings(), "");
-    EXPECT_GT(mutations.cases, 1000u);
+    EXPECT_GT(mutations.cases, 100u);
 }
 
 } // namespace

@@ -368,9 +368,9 @@ TEST(HostileTrees, hundredThousandEntries)
         }
     }
     double listingTime = 0;
-    for (const auto& [directory, name] : places) {
+    for (const auto& place : places) {
         listingTime += secondsOf([&] {
-            for (const auto& entry : fs::directory_iterator(tree.root() + "/" + directory)) {
+            for (const auto& entry : fs::directory_iterator(tree.root() + "/" + place.first)) {
                 static_cast<void>(entry.exists());
             }
         });
