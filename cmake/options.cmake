@@ -13,6 +13,7 @@ option(QMDB_BUILD_EXAMPLES "Build the example programs in C" ${PROJECT_IS_TOP_LE
 option(QMDB_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(QMDB_SANITIZE_THREAD "Build with ThreadSanitizer" OFF)
 option(QMDB_FUZZ "Build the fuzz targets for libFuzzer; needs clang, best with QMDB_SANITIZE" OFF)
+option(QMDB_COVERAGE "Count which lines and branches of the library run: scripts/coverage" OFF)
 option(QMDB_WERROR "Treat warnings as errors" OFF)
 
 set(CMAKE_CXX_STANDARD 20)

@@ -23,8 +23,8 @@
  * 7. Databases opened separately may be used from separate threads at once: they share nothing but
  *    perhaps a log file. Calls on one database are the host's to serialise, its closing included; the
  *    library starts no threads. The locale must not change while a call runs. An addition of a
- *    parameter locks its directory against other processes while it lasts; substances, phases and
- *    phase changes that two processes add at once may get one ID.
+ *    parameter locks its directory against other processes while it lasts; of substances, phases and
+ *    phase changes that two processes add at once, two may get one ID, or one be refused with -6.
  * 8. File names are converted to the process's locale (LC_CTYPE) and back, and so are files without a
  *    UTF-8 mark. Call setlocale(LC_CTYPE, "C.UTF-8") or the like before the first call if names or
  *    paths may go beyond ASCII. Numbers in files do not depend on any locale: they are read and

@@ -8,8 +8,10 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <string_view>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 #include <utility>
 
@@ -137,7 +139,8 @@ const std::vector<int>& errorNumbers()
     static const std::vector<int> numbers = [] {
         std::vector<int> found = { EIO, ENOSPC, EDQUOT, EACCES, EMFILE, EINTR, ENOMEM };
         if (isLongRun()) {
-            found.insert(found.end(), { ENFILE, EROFS, EPERM, ESTALE, ENXIO, EFBIG, EBUSY, ENAMETOOLONG });
+            // Not those that say "there is no such file", of which ENAMETOOLONG is one.
+            found.insert(found.end(), { ENFILE, EROFS, EPERM, ESTALE, ENXIO, EFBIG, EBUSY });
         }
         return found;
     }();
@@ -245,6 +248,27 @@ int flock(int file, int operation) noexcept
 int ftruncate(int file, off_t size) noexcept
 {
     return plainCall({ Call::truncate, file }, SYS_ftruncate, file, size);
+}
+
+int fstatfs(int file, struct statfs* status) noexcept
+{
+    return plainCall({ Call::status, file }, SYS_fstatfs, file, status);
+}
+
+int inotify_init1(int flags) noexcept
+{
+    return plainCall({ Call::watch }, SYS_inotify_init1, flags);
+}
+
+int inotify_add_watch(int watches, const char* path, uint32_t events) noexcept
+{
+    // The path names an open directory, in a way of its own.
+    return plainCall({ Call::watch, watches }, SYS_inotify_add_watch, watches, path, events);
+}
+
+int inotify_rm_watch(int watches, int watch) noexcept
+{
+    return plainCall({ Call::watch, watches }, SYS_inotify_rm_watch, watches, watch);
 }
 
 } // extern "C"
