@@ -179,8 +179,8 @@ class Reading(CommandTest):
             (["find", "rho", "--at", "T=6.85", "--units", "T=degC", "--state", "liquid", "--csv"],
              "value,units,substance_id,substance,phase_id,phase,state,change_id,change,component,type\n",
              "note: 1 more has Density in a table that needs P (pressure) and T (temperature) in --at"),
-            (["find", "Conductivity", "--at", "T=260", "--above", "2.25"],
-             "Conductivity, W/(m K), at T = 260 K\n   6  Salt:Crystal, \"cubic\"  x  constant\n"
+            (["find", "Conductivity", "--at", "T=260,P=5", "--above", "2.25"],
+             "Conductivity, W/(m K), at T = 260 K, P = 5\n   6  Salt:Crystal, \"cubic\"  x  constant\n"
              "   6  Salt:Crystal, \"cubic\"  y  constant\n2.35  Water:Ice              z  table of T\n"),
             (["find", "Conductivity", "--at", "V=260"], "",
              'no table of Conductivity has an argument "V"; give T (temperature)'),
