@@ -161,6 +161,8 @@ class Reading(CommandTest):
             (["get", "salt:crystal", "3"], "",
              'no phase or phase change of Salt is called "crystal"; near matches: Crystal, "cubic" (0)'),
             (["get", "salt:SOLID", "3"], "6 6 -6.5 W/(m K)\n"),
+            (["get", "Water:Ice", "rho", "--phase", "Liquid"], "",
+             '"Water:Ice" and the options name different phases; leave out --phase and --change'),
             (["list", "R718"], "", '"R718" may mean several: Water (0), Water:Steam (3); give the number'),
             (["list", "H2"], "", 'no substance is called "H2"; near matches: Water (0)'),
         ])
