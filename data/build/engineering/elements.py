@@ -49,7 +49,8 @@ class Element:
         with warnings.catch_warnings():
             warnings.simplefilter("ignore")  # tin has several forms, which is known
             self.element = mendeleev.element(symbol)
-            self.melting = self.element.melting_point or chemicals.Tm(self.element.cas, method="CRC_INORG")
+            self.melting = rounded(self.element.melting_point or chemicals.Tm(self.element.cas, method="CRC_INORG"))
+            self.boiling = rounded(self.element.boiling_point)
         self.symbol, self.given, self.cas = symbol, given, self.element.cas
         self.molar_mass = round(self.element.atomic_weight / 1000, 12)
         self.nasa = self._nasa_phases()
@@ -60,12 +61,11 @@ class Element:
         return {letter: phase for letter, phase in found.items() if letter in LETTERS}
 
     def material(self):
-        made = Material(self.given["name"], self.given["russian"], "elements", formula=self.symbol, cas=self.cas,
-                        aliases=(self.symbol,))
+        made = Material(self.given["name"], self.given["russian"], "elements", formula=self.symbol, cas=self.cas)
         made.values = list(self.constants())
         if self.given.get("liquid-only"):
             made.phases = [self.liquid()]
-            made.values.append(constant("melting-temperature", rounded(self.melting), work("CRC-M"), "not given"))
+            made.values.append(constant("melting-temperature", self.melting, work("CRC-M"), "not given"))
             return made
         made.phases = [*self.solids(), self.liquid()]
         made.changes = [*self.transitions(made), self.melting_change(made)]
@@ -75,7 +75,7 @@ class Element:
 
     def constants(self):
         yield constant("molar-mass", self.molar_mass, work("IUPAC"))
-        yield constant("boiling-temperature", rounded(self.element.boiling_point), work("CRC-M"), "not given")
+        yield constant("boiling-temperature", self.boiling, work("CRC-M"), "not given")
 
     def solids(self):
         letters = list(self.nasa) or ["cr"]
@@ -134,7 +134,7 @@ class Element:
         if given is None:
             return
         others = [given["elsewhere"]] if "elsewhere" in given else []
-        accuracy = "" if given["source"] == "CRC-W" else "secondary source; "
+        accuracy = "secondary reading; " if given["source"] == "CRC-W" else "secondary source; "
         yield constant("expansion", given["value"], work(given["source"]), compared(given["value"], others, accuracy),
                        "At 298 K.")
 
@@ -185,7 +185,7 @@ class Element:
     def molten_heat_capacity(self):
         fit = fits.nasa_phases().get(f"{NASA_SYMBOL.get(self.symbol, self.symbol)}(L)")
         if fit:
-            end = min(fit.high, self.element.boiling_point)
+            end = min(fit.high, self.boiling)
             yield table("heat-capacity", place(fit, fit.low, end, 0.005, breaks=fit.breaks),
                         f"{work('NASA9')}, {fit.remark}; {fit.low:g} to {end:g} K", OF_FIT)
         elif self.cas in (found := janaf_liquids()):
@@ -193,7 +193,7 @@ class Element:
 
     def _janaf_heat_capacity(self, temperatures, numbers):
         """The table goes on below the melting temperature, as supercooled liquid or glass: that is left out."""
-        end = self.element.boiling_point
+        end = self.boiling
         rows = [(t, rounded(cp / self.molar_mass)) for t, cp in zip(temperatures, numbers) if self.melting - 8 <= t <= end]
         rows = [row for row, before in zip(rows, [(0, 0), *rows]) if row[0] > before[0]]
         yield table("heat-capacity", rows, f"{work('JANAF')}; {rows[0][0]:g} to {rows[-1][0]:g} K", POINTS_OF_SOURCE)
@@ -231,7 +231,7 @@ class Element:
         change = Change(1, "Melting", last.id, LIQUID)
         heat = rounded(chemicals.Hfus(self.cas, method="CRC") / self.molar_mass)
         others = [self.given[key] for key in ("latent-heat-elsewhere",) if key in self.given]
-        change.values = [constant("transition-temperature", rounded(self.melting), work("CRC-M"), "not given"),
+        change.values = [constant("transition-temperature", self.melting, work("CRC-M"), "not given"),
                          constant("latent-heat", heat, work("CRC-FUSION"), compared(heat, others, ""))]
         return change
 

@@ -19,7 +19,7 @@ LIQUID_END, GAS_BEGIN = 0.95, 1.1        # of the critical temperature, above th
 LIQUID_AGAIN, GAS_AGAIN = 1.4, 2.0        # of the critical pressure, from where the tables reach it again
 CRITICAL_GAP = 0.001         # of the critical temperature, where some equations of conductivity have no solution
 SATURATION_END = 0.99        # of the critical temperature
-BOUNDARY_STEP = 0.02         # of the critical temperature: how far apart neighbouring tables may end
+BOUNDARY_STEP = {LIQUID: 0.01, GAS: 0.02}  # of the critical temperature: how far apart neighbouring tables may end
 WITHOUT_MELTING_LINE = 1.05  # of the triple-point temperature
 AROUND_CRITICAL = (0.98, 0.985, 0.99, 0.9925, 0.995, 0.9975, 0.999, 1.001, 1.0025, 1.005, 1.0075, 1.01, 1.015, 1.02)  # of its temperature
 HIGHEST_TEMPERATURE, HIGHEST_PRESSURE, LOWEST_PRESSURE = 1000.0, 3e7, 1e3
@@ -127,7 +127,7 @@ def liquid_domain(fluid):
         return down(min(ends), decimals)
 
     begin = max(1e4, 1.3 * fluid.saturated(1.02 * low(fluid.triple_pressure + 1), 0).p())
-    return _domain(fluid, begin, low, high, quality=0, boundary_is_low=False)
+    return _domain(fluid, LIQUID, (begin, fluid.highest_pressure), low, high)
 
 
 def gas_domain(fluid, begin=LOWEST_PRESSURE, beyond=None):
@@ -143,27 +143,27 @@ def gas_domain(fluid, begin=LOWEST_PRESSURE, beyond=None):
         begin = GAS_BEGIN if pressure < GAS_AGAIN * critical else 1 + CRITICAL_GAP
         return up(beyond or begin * fluid.critical_temperature, decimals)
 
-    return _domain(fluid, begin, low, lambda pressure: fluid.highest_temperature, quality=1,
-                   boundary_is_low=True)
+    reaches_beyond = GAS_BEGIN * fluid.critical_temperature < fluid.highest_temperature
+    end = fluid.highest_pressure if reaches_beyond else NEAR_CRITICAL * critical
+    return _domain(fluid, GAS, (begin, end), low, lambda pressure: fluid.highest_temperature)
 
 
-def _domain(fluid, begin, low, high, quality, boundary_is_low):
-    critical = fluid.critical_pressure
-    near = NEAR_CRITICAL * critical
+def _domain(fluid, phase, ends, low, high):
+    begin, end = ends
+    near, quality = NEAR_CRITICAL * fluid.critical_pressure, 0 if phase == LIQUID else 1
 
     def boundary(pressure):
         inside = fluid.triple_pressure < pressure <= near
         return fluid.boiling_temperature(pressure, quality) if inside else None
 
     saturation = _saturation_pressures(fluid, begin, near, quality)
-    forced = sorted({begin, rounded_pressure(near), *(p for p in ROUND_PRESSURES if begin < p < fluid.highest_pressure)})
-    beyond = numpy.geomspace(near, fluid.highest_pressure, 80)
+    forced = sorted({begin, rounded_pressure(near), *(p for p in ROUND_PRESSURES if begin < p < end)})
+    beyond = numpy.geomspace(near, end, 80)
     pressures = sorted({rounded_pressure(p) for p in (*saturation, *beyond)} | {rounded_pressure(p) for p in forced})
-    pressures = [p for p in pressures if begin <= p <= fluid.highest_pressure]
-    ends = [t for p in pressures for t in (low(p), high(p))]
-    temperatures = _temperatures(fluid, min(ends), max(ends))
+    pressures = [p for p in pressures if begin <= p <= end]
+    temperatures = _temperatures(fluid, min(map(low, pressures)), max(map(high, pressures)))
     return Domain(pressures, [rounded_pressure(p) for p in forced], temperatures, low, high, boundary,
-                  BOUNDARY_STEP * fluid.critical_temperature, fluid.decimals, boundary_is_low)
+                  BOUNDARY_STEP[phase] * fluid.critical_temperature, fluid.decimals, phase == GAS)
 
 
 def _saturation_pressures(fluid, begin, end, quality):
@@ -193,7 +193,8 @@ def phase_values(fluid, phase, domain):
         subtables = pressure_table(f"{fluid.name} {phase} {name}",
                                    lambda p, t, name=name: fluid.point(p, t, phase, names)[name], within, tolerance)
         yield over_pressure_and_temperature(
-            name, subtables, source(fluid, kind, _range(subtables)), accuracy_of_table(tolerance), *notes(fluid, phase))
+            name, subtables, source(fluid, kind, _range(subtables)), accuracy_of_table(tolerance),
+            *notes(fluid, phase, subtables, fluid.conductivity_beyond if limited else None))
 
 
 def source(fluid, kind, validity):
@@ -210,14 +211,17 @@ def _range(subtables):
     return f"{subtables[0][0]:g} to {subtables[-1][0]:g} Pa, {low:g} to {high:g} K"
 
 
-def notes(fluid, phase):
-    critical = f"{NEAR_CRITICAL * fluid.critical_pressure:.4g}"
+def notes(fluid, phase, subtables, beyond):
+    """Where the subtables begin and end."""
+    near = f"{NEAR_CRITICAL * fluid.critical_pressure:.4g}"
+    reaches_beyond = subtables[-1][0] > rounded_pressure(NEAR_CRITICAL * fluid.critical_pressure)
     if phase == GAS:
-        return (f"Each subtable begins at the saturation line; from {critical} Pa it begins at {GAS_BEGIN:g} Tc, "
-                f"from {GAS_AGAIN:g} pc at {1 + CRITICAL_GAP:g} Tc.",)
+        rest = f"from {near} Pa it begins at " + (f"{beyond:g} K." if beyond else
+            f"{GAS_BEGIN:g} Tc, from {GAS_AGAIN:g} pc at {1 + CRITICAL_GAP:g} Tc.")
+        return ("Each subtable begins at the saturation line" + (f"; {rest}" if reaches_beyond else "."),)
     start = "at the melting line" if fluid.has_melting_line else f"at {WITHOUT_MELTING_LINE:g} times the triple-point " \
         "temperature, as the equation has no melting line"
-    return (f"Each subtable begins {start}, and ends at the saturation line; from {critical} Pa it ends at "
+    return (f"Each subtable begins {start}, and ends at the saturation line; from {near} Pa it ends at "
             f"{LIQUID_END:g} Tc, from {LIQUID_AGAIN:g} pc at {1 - CRITICAL_GAP:g} Tc.",)
 
 

@@ -1,5 +1,5 @@
 """What the database holds, as plain records. Every module that knows values makes these; only the writers
-(tree.py, importFile.py, report.py) turn them into files."""
+(importFile.py, report.py) turn them into files."""
 
 from dataclasses import dataclass, field
 

@@ -1,9 +1,10 @@
 """What water has beyond the other fluids: ice, melting and sublimation; and the check against the second package."""
 
 import functools
+import math
 
 import iapws
-from iapws._iapws import _Ice, _Sublimation_Pressure
+from iapws._iapws import _Ice, _Sublimation_Pressure, _Tension
 
 from .fits import CheckFailed, Fit
 from .fitted import fitted
@@ -26,10 +27,9 @@ def ice_state(temperature):
 
 def ice():
     of_equation = work("IAPWS-ICE", f"{LOWEST_ICE:g} to {MELTING:g} K at 101325 Pa")
-    within = "linear interpolation within {} % of the equation"
     values = [
         fitted("density", Fit(lambda t: ice_state(t)["rho"], LOWEST_ICE, MELTING, ((273.15, 916.72),), 1e-5), of_equation,
-               "0.02 % (source)", samples=200),
+               "", samples=200),
         fitted("heat-capacity", Fit(lambda t: 1000 * ice_state(t)["cp"], LOWEST_ICE, MELTING, ((273.15, 2096.7),), 1e-4),
                of_equation, "older work (NASA 1982) gives 2116 at 273.15 K", samples=200),
         fitted("conductivity", Fit(yen, 60, MELTING, ((273.15, 2.07), (250, 2.36), (200, 3.14))), work("YEN"),
@@ -40,7 +40,7 @@ def ice():
 
 
 def yen(temperature):
-    return 9.828 * 2.718281828459045 ** (-0.0057 * temperature)
+    return 9.828 * math.exp(-0.0057 * temperature)
 
 
 def changes():
@@ -54,10 +54,17 @@ def changes():
 
 
 def complete(material):
+    liquid = material.phase("Liquid")
+    liquid.values = [surface_tension() if value.parameter == "surface-tension" else value for value in liquid.values]
     material.phases.insert(0, ice())
     melting, sublimation = changes()
     material.changes = [melting, *material.changes, sublimation]
     hold_against_second_package(material)
+
+
+def surface_tension():
+    fit = Fit(_Tension, 273.16, 640.0, ((293.15, 0.072736), (373.15, 0.058912), (573.15, 0.014360)), 1e-4)
+    return fitted("surface-tension", fit, "IAPWS R1-76(2014), surface tension of ordinary water, computed with iapws", "")
 
 
 def from_table(material, phase, parameter, pressure, temperature):
