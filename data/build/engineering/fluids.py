@@ -18,6 +18,7 @@ NEAR_TOP = 0.98              # of the critical pressure: above, the saturation l
 LIQUID_END, GAS_BEGIN = 0.95, 1.1        # of the critical temperature, above that pressure
 LIQUID_AGAIN, GAS_AGAIN = 1.4, 2.0        # of the critical pressure, from where the tables reach it again
 CRITICAL_GAP = 0.001         # of the critical temperature, where some equations of conductivity have no solution
+TYPICAL = 0.6                # of the critical temperature
 SATURATION_END = 0.99        # of the critical temperature
 BOUNDARY_STEP = {LIQUID: 0.01, GAS: 0.02}  # of the critical temperature: how far apart neighbouring tables may end
 WITHOUT_MELTING_LINE = 1.05  # of the triple-point temperature
@@ -262,6 +263,18 @@ def surface_tension(fluid):
                  accuracy_of_table(TOLERANCE))
 
 
+def liquid_expansion(fluid):
+    """Along the saturation line; that of water passes zero, so the nodes go by a typical number."""
+    low, high = up(fluid.triple_temperature, 2), down(SATURATION_END * fluid.critical_temperature, 2)
+    at = down(max(TYPICAL * fluid.critical_temperature, low), fluid.decimals)
+    typical = fluid.saturated(at, 0).isobaric_expansion_coefficient()
+    rows = place(lambda t: fluid.saturated(t, 0).isobaric_expansion_coefficient(), low, high, TOLERANCE, samples=300,
+                 decimals=fluid.decimals, scale=typical)
+    return table("volume-expansion", rows, source(fluid, "EOS", f"{low:g} to {high:g} K"),
+                 f"linear interpolation within {100 * TOLERANCE:g} % of the number at {at:g} K, {rounded(typical):g} 1/K",
+                 "Of the liquid at saturation.")
+
+
 def constants(fluid, is_pseudo_pure):
     of_equation = source(fluid, "EOS", "constant of the equation")
     yield constant("molar-mass", rounded_more(fluid.state.molar_mass()), of_equation)
@@ -290,7 +303,7 @@ def material(entry):
         return made
     fluid._points.clear()
     liquid = Phase(LIQUID, "Liquid", LIQUID, list(phase_values(fluid, LIQUID, liquid_domain(fluid))))
-    liquid.values.append(surface_tension(fluid))
+    liquid.values += [surface_tension(fluid), liquid_expansion(fluid)]
     made.phases = [liquid, gas]
     made.changes = [Change(2, "Vaporisation", LIQUID, GAS, list(saturation_values(fluid)))]
     return made

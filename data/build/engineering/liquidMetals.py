@@ -4,7 +4,7 @@ import math
 
 from .fits import Fit, arrhenius, celsius, polynomial
 from .fitted import fitted
-from .model import LIQUID, Change, Material, Phase, constant, table
+from .model import LIQUID, Material, Phase, constant, table
 from .sources import work
 
 

@@ -23,13 +23,13 @@ SYMBOLS = tuple(INCOMPRESSIBLE)
 
 # name, Russian name, CoolProp's name, source, check: temperature, density, cp, conductivity, viscosity
 OILS = (
-    ("Biphenyl and diphenyl oxide oil", "Масло дифенил и дифенилоксид", "TVP1", "data of Therminol VP-1 (2014)", ("VP-1",),
+    ("Biphenyl and diphenyl oxide oil", "Масло дифенил-дифенилоксидное", "TVP1", "data of Therminol VP-1 (2014)", ("VP-1",),
      (473.15, 913.45, 2046, 0.11377, 0.00038653)),
-    ("Hydrogenated terphenyl oil", "Масло гидрированный терфенил", "T66", "data of Therminol 66 (2014)", ("T66",),
+    ("Hydrogenated terphenyl oil", "Масло на гидрированных терфенилах", "T66", "data of Therminol 66 (2014)", ("T66",),
      (473.15, 885.25, 2194.2, 0.10565, 0.00081808)),
     ("Mineral oil, hydrotreated", "Масло минеральное гидроочищенное", "PNF2", "data of Paratherm NF (2013)", (),
      (473.15, 767.18, 2762.6, 0.095213, 0.00057722)),
-    ("Mineral heat-transfer oil, grade 22", "Масло-теплоноситель минеральное 22", "TX22", "data of Texatherm 22 (2004)", (),
+    ("Mineral heat-transfer oil, grade 22", "Масло-теплоноситель минеральное, марка 22", "TX22", "data of Texatherm 22 (2004)", (),
      (473.15, 741.81, 2540.4, 0.12088, 0.0012203)),
     ("Silicone oil", "Масло силиконовое", "S800", "data of Syltherm 800 (2017)", ("Polydimethylsiloxane",),
      (473.15, 774.19, 1916, 0.10115, 0.0010223)),

@@ -4,7 +4,7 @@ from .parameters import PARAMETERS
 
 BEGIN, END = "<!-- materials: written by data/build -->", "<!-- end of materials -->"
 COLUMNS = {"density": "ρ", "heat-capacity": "cp", "conductivity": "k", "viscosity": "μ", "surface-tension": "σ",
-           "speed-of-sound": "w", "expansion": "α", "strain": "ε", "resistivity": "ρe", "elastic-modulus": "E",
+           "speed-of-sound": "w", "expansion": "α", "volume-expansion": "β", "strain": "ε", "resistivity": "ρe", "elastic-modulus": "E",
            "emissivity": "em", "vapour-pressure": "pv"}
 STATES = {1: "s", 2: "l", 3: "g"}
 
