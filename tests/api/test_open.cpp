@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sys/resource.h>
 
 namespace {
@@ -336,33 +335,6 @@ TEST(OpenLog, isNotWrittenThroughALink)
     const OpenDatabase db(tree, { .logInfo = true });
     EXPECT_EQ(db.code, QMDB_OK);
     EXPECT_FALSE(tree.exists("elsewhere"));
-}
-
-// The system takes 4,096 bytes of a path in one piece.
-TEST(Open, rootsNearTheLongestPath)
-{
-    const TempDatabase tree(Tree { { "logs/", "" } });
-    std::filesystem::path deep(tree.root());
-    constexpr std::size_t rootLength = 4088; // the system takes it, but nothing much below it
-    while (deep.native().size() < rootLength) {
-        const std::size_t missing = rootLength - deep.native().size() - 1;
-        deep /= std::string(missing > 250 ? 120 : missing, 'd');
-        std::filesystem::create_directory(deep);
-    }
-    std::filesystem::current_path(deep);
-    for (const Entry& entry : water) {
-        std::filesystem::create_directories(std::filesystem::path("./" + entry.path).parent_path());
-        std::ofstream("./" + entry.path) << entry.bytes;
-    }
-    std::filesystem::current_path("/");
-    const std::string root = deep.native();
-    const OpenDatabase db({ root.begin(), root.end() }, { .logDir = tree.path() + L"/logs" });
-    EXPECT_EQ(listing(db.id), waterListing);
-    IDbDataConst value;
-    value.value = 2;
-    const PARAMETER record { 7, PARAM_TYPE_CONSTANT, false, {}, {} };
-    EXPECT_EQ(qmdbAddMatterParam(db.id, 4, &record, &value), QMDB_OK);
-    EXPECT_EQ(valueText(db.id, { 4 }, 7), "2");
 }
 
 } // namespace

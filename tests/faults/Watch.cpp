@@ -1,8 +1,9 @@
 #include "faults/Watch.h"
 
+#include "support/Reliability.h"
+
 #include <cerrno>
 #include <cstdarg>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
@@ -143,12 +144,6 @@ const std::vector<int>& errorNumbers()
     return numbers;
 }
 
-bool isLongRun()
-{
-    const char* const value = std::getenv("QMDB_LONG");
-    return value && std::string_view(value) == "1";
-}
-
 } // namespace test
 
 using namespace test;
@@ -210,6 +205,11 @@ int fstatat(int directory, const char* path, struct stat* status, int flags) noe
 int fstat(int file, struct stat* status) noexcept
 {
     return plainCall({ Call::status, file }, SYS_fstat, file, status);
+}
+
+ssize_t readlinkat(int directory, const char* path, char* buffer, size_t size) noexcept
+{
+    return systemCall({ Call::status, directory, path }, SYS_readlinkat, directory, path, buffer, size);
 }
 
 int fsync(int file)

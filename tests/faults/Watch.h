@@ -77,7 +77,5 @@ struct Plan {
 
 /// The error numbers that calls fail with; more of them in a long run.
 const std::vector<int>& errorNumbers();
-/// True when the environment asks for a long run (QMDB_LONG=1).
-bool isLongRun();
 
 } // namespace test

@@ -4,6 +4,7 @@
 #include "faults/FailAllocation.h"
 #include "faults/Watch.h"
 #include "support/OpenDatabase.h"
+#include "support/Reliability.h"
 #include "support/additionKinds.h"
 
 #include <fcntl.h>

@@ -16,6 +16,9 @@ namespace tool::check {
 
 namespace {
 
+/// What the numbers of a line are called.
+constexpr std::string_view numberNames[] = { "number 1", "number 2", "number 3", "number 4" };
+
 /// Follows a data file line by line.
 class DataFileCheck {
 public:
@@ -59,16 +62,20 @@ private:
         const std::string_view bytes = withoutMark(line);
         checkAscii(line.place, bytes);
         const std::string text(decoder_.decode(bytes));
-        if (format::isSkipped(text)) {
-            return;
-        }
+        const bool isSkipped = format::isSkipped(text);
         const auto first = format::firstArgumentOf(text);
-        if (twoArguments_ && first) {
-            addHeader(line.place, *first);
-        } else if (twoArguments_ && line.endsFile) {
+        if (twoArguments_ && line.endsFile && !isSkipped && !first) {
             ++rows_;
             context_.findings.error("dropped-line", line.place,
                 "the last line is lost: no line end follows it", "end the file with a line end");
+            return;
+        }
+        reportUnended(context_, line);
+        if (isSkipped) {
+            return;
+        }
+        if (twoArguments_ && first) {
+            addHeader(line.place, *first);
         } else if (isConstant()) {
             addConstant(line.place, text);
         } else {
@@ -181,7 +188,7 @@ private:
         }
         std::vector<double> numbers;
         for (std::size_t i = 0; i < parts.size(); ++i) {
-            if (const auto number = readNumber(context_, place, parts[i], fmt::format("number {}", i + 1))) {
+            if (const auto number = readNumber(context_, place, parts[i], numberNames[i])) {
                 numbers.push_back(*number);
             }
         }

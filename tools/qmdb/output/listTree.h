@@ -2,23 +2,21 @@
 
 #include "annotations/Annotations.h"
 #include "database/Database.h"
+#include "database/interpolation.h"
 #include "output/Output.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace tool {
-
-struct Range {
-    double least = 0;
-    double most = 0;
-};
 
 struct ListedParameter {
     Parameter parameter;
     ParameterNotes notes;
     std::size_t points = 0;
     std::vector<Range> ranges; ///< of the arguments
+    std::optional<std::string> comments; ///< of the data file, where they are asked for
     std::string error; ///< why the value cannot be read; else empty
 };
 
