@@ -1,9 +1,10 @@
 -- A table for the numbers of material databases, in PostgreSQL 15 or later:
 --
 --     psql -v ON_ERROR_STOP=1 -f schema.sql
---     qmdb export materials --csv | psql -c "\copy material_number FROM STDIN WITH (FORMAT csv, HEADER MATCH)"
+--     qmdb export materials --csv | psql -c "\copy material_number FROM STDIN WITH (FORMAT csv, HEADER MATCH) WHERE value IS NOT NULL"
 --
--- The columns are those of "qmdb export", in its order; HEADER MATCH holds the two together. One row is one number.
+-- The columns are those of "qmdb export", in its order; HEADER MATCH holds the two together. One row is one number:
+-- the WHERE leaves out the rows of phases and phase changes without values.
 
 BEGIN;
 
@@ -14,11 +15,14 @@ CREATE TABLE material_number (
     cas text,
     aliases text,
     composition text,
+    composition_ids text,
     phase_id bigint,
     phase text,
     state text,
     change_id bigint,
     change text,
+    change_from bigint,
+    change_to bigint,
     parameter_id bigint NOT NULL,
     parameter text,
     symbol text,

@@ -21,9 +21,9 @@ Row = dict[str, Any]
 
 
 def exported(command: str, tree: Path, language: str) -> list[Row]:
-    """The export, with numbers as such and None for what is not there."""
+    """The export's numbers as such, None for what is not there; rows of phases without values are left out."""
     output = subprocess.run([command, "export", tree, "--csv", "--lang", language], check=True, capture_output=True)
-    rows = list(csv.DictReader(output.stdout.decode().splitlines(keepends=True)))
+    rows = [row for row in csv.DictReader(output.stdout.decode().splitlines(keepends=True)) if row["value"]]
     for row in rows:
         for name in (*tidy.IDS, *tidy.NUMBERS):
             row[name] = None if row[name] == "" else float(row[name])

@@ -128,7 +128,7 @@ class Reading(CommandTest):
         rows = list(csv.DictReader(io.StringIO(
             self.output("export", self.database, "--units", "g/cm3", "--units", "T=degC"))))
         water = [(row["parameter"], row["units"], row["value"], row["second_argument"], row["second_argument_units"])
-                 for row in rows if row["phase"] in ("Liquid", "")]
+                 for row in rows if row["phase"] in ("Liquid", "") and row["value"]]
         self.assertEqual([("Molar mass", "kg/mol", "0.018015268", "", ""), ("Density", "g/cm3", "0.99991", "6.85", "degC"),
                           ("Density", "g/cm3", "0.99656", "26.85", "degC"),
                           ("Density", "g/cm3", "1.00035", "6.85", "degC"), ("Latent heat", "J/kg", "333430", "", "")], water)

@@ -29,17 +29,18 @@ ROWS_PER_GROUP = 1 << 18
 MOST_PARTITIONS = 100_000
 
 # The columns in their order. What a row lacks is missing in the nullable ones; other texts may be empty.
-IDS = ("substance_id", "phase_id", "change_id", "parameter_id")
-NULLABLE_IDS = ("phase_id", "change_id")
+IDS = ("substance_id", "phase_id", "change_id", "change_from", "change_to", "parameter_id")
+NULLABLE_IDS = ("phase_id", "change_id", "change_from", "change_to")
 TEXTS = (
-    *("substance", "formula", "cas", "aliases", "composition", "phase", "state", "change"),
+    *("substance", "formula", "cas", "aliases", "composition", "composition_ids"),
+    *("phase", "state", "change"),
     *("parameter", "symbol", "units", "type", "source", "accuracy", "comments"),
     *("first_argument_name", "first_argument_units", "second_argument_name", "second_argument_units", "component"),
 )
 NUMBERS = ("first_argument", "second_argument", "value")
 COLUMNS = (
-    *("substance_id", "substance", "formula", "cas", "aliases", "composition"),
-    *("phase_id", "phase", "state", "change_id", "change"),
+    *("substance_id", "substance", "formula", "cas", "aliases", "composition", "composition_ids"),
+    *("phase_id", "phase", "state", "change_id", "change", "change_from", "change_to"),
     *("parameter_id", "parameter", "symbol", "units", "type", "source", "accuracy", "comments"),
     *("first_argument_name", "first_argument_units", "second_argument_name", "second_argument_units"),
     *("first_argument", "second_argument", "component", "value"),
@@ -139,7 +140,7 @@ class _Tidy:
         self._annotations = annotations
         if annotations:
             database._annotations.start()
-        self._compositions: dict[int, str] = {}
+        self._compositions: dict[int, tuple[str, str]] = {}
 
     def columns(self, items: list[_Item]) -> dict[str, _Texts | _Numbers]:
         """The columns of some values."""
@@ -155,11 +156,11 @@ class _Tidy:
         """What all rows of a value share, in the order of `_SHARED`."""
         substance, owner, parameter, _ = item
         phase: Any = owner if owner._kind == "phase" else None
-        change = owner if owner._kind == "change" else None
+        change: Any = owner if owner._kind == "change" else None
         plain = (
-            substance.id, substance.name, self._composition(substance),
+            substance.id, substance.name, *self._composition(substance),
             phase and phase.id, phase and phase.name, phase and phase.state,
-            change and change.id, change and change.name,
+            *((change.id, change.name, change.phase1_id, change.phase2_id) if change else (None,) * 4),
             parameter.id, parameter.name, parameter.units, parameter.type,
         )  # fmt: skip
         return (*plain, *self._annotated(item)) if self._annotations else (*plain, *_NOTHING)
@@ -173,11 +174,11 @@ class _Tidy:
             *_pair(notes.argument_names), *_pair(notes.argument_units),
         )  # fmt: skip
 
-    def _composition(self, substance: Substance) -> str | None:
+    def _composition(self, substance: Substance) -> tuple[str | None, str | None]:
         if not substance.composition:
-            return None
+            return None, None
         if substance.id not in self._compositions:
-            self._compositions[substance.id] = composition_text(substance)
+            self._compositions[substance.id] = composition_text(substance), composition_ids(substance)
         return self._compositions[substance.id]
 
     @staticmethod
@@ -214,7 +215,8 @@ class _Tidy:
 
 
 _SHARED = (
-    *("substance_id", "substance", "composition", "phase_id", "phase", "state", "change_id", "change"),
+    *("substance_id", "substance", "composition", "composition_ids", "phase_id", "phase", "state"),
+    *("change_id", "change", "change_from", "change_to"),
     *(
         "parameter_id",
         "parameter",
@@ -242,15 +244,23 @@ def _pair(texts: tuple[str, ...]) -> tuple[str | None, str | None]:
     return first or None, second or None
 
 
+def _fraction_text(fraction: float) -> str:
+    text = repr(fraction)
+    return text[:-2] if text.endswith(".0") else text
+
+
 def composition_text(substance: Substance) -> str:
     """A mixture in words: "0.75 Water + 0.25 Salt"."""
     parts = []
     for one in substance.composition:
         known = substance.database.substances.get(one.substance_id)
-        number = repr(one.fraction)
-        number = number[:-2] if number.endswith(".0") else number
-        parts.append(f"{number} {known.name if known else f'{one.substance_id} (missing)'}")
+        parts.append(f"{_fraction_text(one.fraction)} {known.name if known else f'{one.substance_id} (missing)'}")
     return " + ".join(parts)
+
+
+def composition_ids(substance: Substance) -> str:
+    """A mixture by IDs: "0:0.75;2:0.25"."""
+    return ";".join(f"{one.substance_id}:{_fraction_text(one.fraction)}" for one in substance.composition)
 
 
 def _repeated_ids(entries: list[int | None], counts: npt.NDArray[np.int64]) -> _Numbers:

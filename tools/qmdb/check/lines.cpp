@@ -141,7 +141,7 @@ std::string Context::pathOf(std::string_view file) const
 
 void reportUnended(Context& context, const RawLine& line)
 {
-    if (line.endsFile && !line.isCut && !line.bytes.empty()) {
+    if (line.endsFile && !line.isCut && !line.bytes.empty() && line.bytes != format::utf8Mark) {
         context.findings.warning("no-line-end", line.place, "no line end follows: the file may have been cut",
             "look whether the file is whole, and end it with a line end");
     }
