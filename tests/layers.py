@@ -11,12 +11,13 @@ TOOL = "tools/qmdb/"
 # What each folder of the command may include beside itself and the exported functions.
 TOOL_FOLDERS = {
     "common": [],
+    "units": ["common"],
     "database": ["common"],
     "annotations": ["common", "database"],
     "input": ["common", "database"],
     "output": ["common", "database", "annotations"],
     "check": ["common", "database", "annotations"],
-    "commands": ["common", "database", "annotations", "input", "output", "check"],
+    "commands": ["common", "units", "database", "annotations", "input", "output", "check"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
 OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],

@@ -12,8 +12,10 @@
 #include "format/numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <fmt/format.h>
 #include <tuple>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
@@ -65,24 +67,47 @@ std::vector<std::string> aliasesOf(const Keys& values)
 }
 
 /// Things by ID, and how many there are of each.
-template <class Notes>
+template <class Notes, class Id = long>
 class Unique {
 public:
-    void add(long id, Notes notes)
+    void add(Id id, Notes notes)
     {
         const auto [known, isNew] = all_.try_emplace(id, std::move(notes), 1);
         known->second.second += isNew ? 0 : 1;
     }
 
     /// Empty unless there is exactly one.
-    Notes find(long id) const
+    Notes find(Id id) const
     {
         const auto found = all_.find(id);
         return found == all_.end() || found->second.second > 1 ? Notes() : found->second.first;
     }
 
 private:
-    std::unordered_map<long, std::pair<Notes, std::size_t>> all_;
+    std::map<Id, std::pair<Notes, std::size_t>> all_;
+};
+
+/// A text as a descriptor gives it: what it is without a string table, and its ID in one.
+struct TextKeys {
+    std::string text;
+    std::string id;
+};
+
+TextKeys textKeysOf(const Keys& values, format::Key text, format::Key id)
+{
+    return { textOf(values, textOf(text)), textOf(values, textOf(id)) };
+}
+
+TextKeys nameOf(const Keys& values)
+{
+    return textKeysOf(values, format::Key::Name, format::Key::NameID);
+}
+
+template <class Notes>
+struct Named {
+    Notes notes;
+    TextKeys name;
+    TextKeys units {}; ///< of a description
 };
 
 ArgumentNotes argumentOf(const DescriptionNotes& description, PARAM_TYPE type, std::size_t index)
@@ -140,12 +165,13 @@ struct Annotations::Substances {
     void add(const std::string& directory, const Keys& values)
     {
         const long id = idOf(values);
-        notes.add(
-            id, { textOf(values, format::formulaKey), aliasesOf(values), textOf(values, format::casKey) });
+        notes.add(id,
+            { { textOf(values, format::formulaKey), aliasesOf(values), textOf(values, format::casKey) },
+                nameOf(values) });
         directories.emplace(id, directory);
     }
 
-    Unique<SubstanceNotes> notes;
+    Unique<Named<SubstanceNotes>> notes;
     std::unordered_multimap<long, std::string> directories;
 };
 
@@ -155,12 +181,13 @@ struct Annotations::Descriptions {
         for (const std::string& name : scan(root, "").filesWith(format::descriptionExtension)) {
             const Keys values = readKeys(root, name);
             notes.add(idOf(values),
-                { textOf(values, format::symbolKey), textOf(values, format::argumentUnitsKey),
-                    textOf(values, format::argumentNameKey) });
+                { { textOf(values, format::symbolKey), textOf(values, format::argumentUnitsKey),
+                      textOf(values, format::argumentNameKey) },
+                    nameOf(values), textKeysOf(values, format::Key::Units, format::Key::UnitsID) });
         }
     }
 
-    Unique<DescriptionNotes> notes;
+    Unique<Named<DescriptionNotes>> notes;
 };
 
 /// The values of the substances with one ID. A value that only one of them has is the one that is shown.
@@ -200,7 +227,9 @@ struct Annotations::Values {
         const std::string& directory, const Scan& listing, std::string_view extension, Owner::Kind kind)
     {
         for (const std::string& name : listing.filesWith(extension)) {
-            addHeads(directory, listing, kind, idOf(readKeys(root, entryPath(directory, name))));
+            const Keys values = readKeys(root, entryPath(directory, name));
+            owners.add({ kind, idOf(values) }, nameOf(values));
+            addHeads(directory, listing, kind, idOf(values));
         }
     }
 
@@ -220,6 +249,30 @@ struct Annotations::Values {
     const std::string& root;
     long substance;
     std::map<Place, std::pair<ValueNotes, std::size_t>> notes;
+    Unique<TextKeys, std::pair<Owner::Kind, long>> owners;
+};
+
+/// The texts of both languages.
+struct Annotations::StringTables {
+    explicit StringTables(const std::string& root)
+        : tables { readKeys(root, format::defaultTable), readKeys(root, format::russianTable) }
+    {
+    }
+
+    std::vector<std::string> texts(const TextKeys& keys) const
+    {
+        std::vector<std::string> texts;
+        for (const Keys& table : tables) {
+            const auto found = keys.id.empty() ? table.end() : table.find(keys.id);
+            const std::string text = found == table.end() ? keys.text : textOf(table, keys.id);
+            if (!text.empty() && std::ranges::find(texts, text) == texts.end()) {
+                texts.push_back(text);
+            }
+        }
+        return texts;
+    }
+
+    std::array<Keys, 2> tables;
 };
 
 Annotations::Annotations(std::string directory)
@@ -237,32 +290,85 @@ const Annotations::Substances& Annotations::substances() const
     return *substances_;
 }
 
-SubstanceNotes Annotations::substance(long id) const
-{
-    return substances().notes.find(id);
-}
-
-DescriptionNotes Annotations::description(long parameter) const
+const Annotations::Descriptions& Annotations::descriptions() const
 {
     if (!descriptions_) {
         descriptions_ = std::make_unique<const Descriptions>(directory_);
     }
-    return descriptions_->notes.find(parameter);
+    return *descriptions_;
 }
 
-ValueNotes Annotations::value(long substance, const Owner& owner, long parameter) const
+const Annotations::Values& Annotations::values(long substance) const
 {
     if (!values_ || values_->substance != substance) {
         values_ = std::make_unique<const Values>(directory_, substances(), substance);
     }
-    return values_->find(owner, parameter);
+    return *values_;
+}
+
+const Annotations::StringTables& Annotations::stringTables() const
+{
+    if (!stringTables_) {
+        stringTables_ = std::make_unique<const StringTables>(directory_);
+    }
+    return *stringTables_;
+}
+
+SubstanceNotes Annotations::substance(long id) const
+{
+    return substances().notes.find(id).notes;
+}
+
+DescriptionNotes Annotations::description(long parameter) const
+{
+    return descriptions().notes.find(parameter).notes;
+}
+
+ValueNotes Annotations::value(long substance, const Owner& owner, long parameter) const
+{
+    return values(substance).find(owner, parameter);
+}
+
+std::vector<std::string> Annotations::names(long substance) const
+{
+    return stringTables().texts(substances().notes.find(substance).name);
+}
+
+std::vector<std::string> Annotations::descriptionNames(long parameter) const
+{
+    return stringTables().texts(descriptions().notes.find(parameter).name);
+}
+
+std::vector<std::string> Annotations::names(long substance, const Owner& owner) const
+{
+    return stringTables().texts(values(substance).owners.find({ owner.kind, owner.id }));
+}
+
+ParameterNotes Annotations::describe(const Parameter& parameter) const
+{
+    const DescriptionNotes described = description(parameter.id);
+    return { {}, described.symbol, argumentsOf(described, parameter.type), wholeUnits(parameter) };
+}
+
+/// What the units handed out begin, in either language.
+std::string Annotations::wholeUnits(const Parameter& parameter) const
+{
+    constexpr std::size_t room = std::extent_v<decltype(PARAMETER::units)> - 1;
+    if (toWide(parameter.units).size() == room) {
+        for (const std::string& text : stringTables().texts(descriptions().notes.find(parameter.id).units)) {
+            if (text.starts_with(parameter.units)) {
+                return text;
+            }
+        }
+    }
+    return parameter.units;
 }
 
 ParameterNotes Annotations::parameter(long substance, const Owner& owner, const Parameter& parameter) const
 {
-    const DescriptionNotes described = description(parameter.id);
-    return { value(substance, owner, parameter.id), described.symbol,
-        argumentsOf(described, parameter.type) };
+    ParameterNotes notes = describe(parameter);
+    static_cast<ValueNotes&>(notes) = value(substance, owner, parameter.id);
+    return notes;
 }
 
 std::string Annotations::comments(const std::string& dataFile) const

@@ -53,6 +53,7 @@ std::string sourceText(const ValueNotes& notes);
 struct ParameterNotes : ValueNotes {
     std::string symbol;
     std::vector<ArgumentNotes> arguments;
+    std::string units {}; ///< of the value, whole: the library hands out nine characters
 };
 
 /// What a database's files tell that the exported functions do not.
@@ -73,8 +74,16 @@ public:
     /// Reads the substance's directory, and keeps it until another substance is asked for.
     ValueNotes value(long substance, const Owner& owner, long parameter) const;
 
+    /// The notes of a parameter's description alone: what only the value's own files tell is left empty.
+    ParameterNotes describe(const Parameter& parameter) const;
     /// The notes of a value and of its description.
     ParameterNotes parameter(long substance, const Owner& owner, const Parameter& parameter) const;
+
+    /// The names of a substance, of a description, of a phase or a phase change, in each of the two
+    /// languages; none where several share the ID.
+    std::vector<std::string> names(long substance) const;
+    std::vector<std::string> descriptionNames(long parameter) const;
+    std::vector<std::string> names(long substance, const Owner& owner) const;
 
     /// The comment lines of a data file, with " | " between: what the numbers are.
     std::string comments(const std::string& dataFile) const;
@@ -85,13 +94,19 @@ private:
     struct Substances;
     struct Descriptions;
     struct Values;
+    struct StringTables;
 
     const Substances& substances() const;
+    const Descriptions& descriptions() const;
+    const Values& values(long substance) const;
+    const StringTables& stringTables() const;
+    std::string wholeUnits(const Parameter& parameter) const;
 
     std::string directory_;
     mutable std::unique_ptr<const Substances> substances_;
     mutable std::unique_ptr<const Descriptions> descriptions_;
     mutable std::unique_ptr<const Values> values_; ///< of the substance asked for last
+    mutable std::unique_ptr<const StringTables> stringTables_;
 };
 
 } // namespace tool

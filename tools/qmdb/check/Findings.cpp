@@ -67,9 +67,15 @@ void Findings::add(Severity severity, std::string_view kind, const Place& place,
 
 std::vector<std::reference_wrapper<const Finding>> Findings::all() const
 {
-    auto sorted = found_;
-    std::ranges::stable_sort(sorted, {},
-        [](const Finding& finding) { return std::pair(keyOf(finding.place), finding.place.line); });
+    std::vector<std::pair<std::pair<std::string, std::size_t>, std::size_t>> order;
+    for (const Finding& finding : found_) {
+        order.emplace_back(std::pair(keyOf(finding.place), finding.place.line), order.size());
+    }
+    std::ranges::sort(order);
+    std::vector<std::reference_wrapper<const Finding>> sorted;
+    for (const auto& [key, index] : order) {
+        sorted.push_back(found_[index]);
+    }
     return sorted;
 }
 

@@ -63,6 +63,7 @@ public:
     /// In the order of the tree, causes before what follows from them: the files of a directory before
     /// its directories, descriptors before heads before data, then by line, then as they were found.
     std::vector<std::reference_wrapper<const Finding>> all() const;
+    bool isEmpty() const noexcept { return found_.empty(); }
     std::size_t count(Severity severity) const;
     bool hasAny(std::initializer_list<std::string_view> kinds) const;
 

@@ -3,8 +3,8 @@
 #include "annotations/Annotations.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
+#include "commands/unitOptions.h"
 #include "common/characters.h"
-#include "common/names.h"
 #include "output/gnuplot.h"
 
 #include <algorithm>
@@ -20,6 +20,7 @@ struct PlotOptions {
     Location location;
     std::vector<std::string> names; ///< substances, and last the parameter
     OwnerOptions owner;
+    std::vector<std::string> units;
     std::string file;
 };
 
@@ -35,19 +36,22 @@ struct Drawn {
 /// The values to draw: each substance with each phase or change.
 std::vector<Drawn> readValues(const Database& database, const PlotOptions& options)
 {
-    const std::vector<Substance> all = database.substances();
     const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const UnitChoice units(options.units);
     std::vector<Drawn> values;
     for (auto name = options.names.begin(); name + 1 != options.names.end(); ++name) {
-        const Substance substance = choose(all, *name, "substance");
-        for (const Owner& owner : chooseOwners(database, substance, options.owner)) {
-            const Parameter parameter = chooseParameter(database, substance, owner, options.names.back());
-            const ParameterNotes notes = annotations.parameter(substance.id, owner, parameter);
+        const auto [substance, owners] = resolver.material(*name, options.owner);
+        for (const Owner& owner : owners) {
+            Parameter parameter = resolver.parameter(substance, owner, options.names.back());
+            ParameterNotes notes = annotations.parameter(substance.id, owner, parameter);
             warnOfMisreadings(annotations, notes.dataFile, substance, owner, parameter);
-            values.push_back(
-                { substance, owner, parameter, database.value(substance.id, owner, parameter.id), notes });
+            Table table = database.value(substance.id, owner, parameter.id);
+            units.choose(parameter, notes).convert(table);
+            values.push_back({ substance, owner, parameter, table, notes });
         }
     }
+    units.requireUsed();
     return values;
 }
 
@@ -190,12 +194,13 @@ void addPlotCommand(CLI::App& app, Action& action)
     const auto options = std::make_shared<PlotOptions>();
     CLI::App* command = addCommand(app, action, "plot", "Draw the curves of a parameter", options, runPlot);
     command
-        ->add_option(
-            "NAME", options->names, "Substances to compare, and last the parameter, by name or number")
+        ->add_option("NAME", options->names,
+            "What to compare, SUBSTANCE or SUBSTANCE:PHASE, and last the parameter, by name or number")
         ->check(notEmpty())
         ->required()
         ->expected(-2); // two or more
     addOwnerOptions(*command, options->owner);
+    addUnitsOption(*command, options->units);
     command
         ->add_option("-o,--output", options->file,
             "Picture file with the extension .svg, .png or .pdf; without it the terminal")

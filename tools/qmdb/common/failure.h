@@ -38,6 +38,18 @@ public:
     ExitStatus status() const noexcept override { return ExitFindings; }
 };
 
+/// Nothing is called as the user says.
+class UnknownName : public Failure {
+public:
+    using Failure::Failure;
+};
+
+/// Something cannot be shown in the units that the user wants.
+class WrongUnits : public Failure {
+public:
+    using Failure::Failure;
+};
+
 /// A value that cannot be read; the rest of the database can.
 class UnreadableValue : public Failure {
 public:

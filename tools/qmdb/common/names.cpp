@@ -51,11 +51,11 @@ std::optional<std::size_t> unlikeness(std::wstring_view text, std::wstring_view 
 }
 
 template <class Condition>
-std::vector<std::size_t> indexesWhere(const std::vector<Choice>& choices, Condition condition)
+std::vector<std::size_t> indexesWhere(std::size_t count, Condition condition)
 {
     std::vector<std::size_t> indexes;
-    for (std::size_t i = 0; i < choices.size(); ++i) {
-        if (condition(choices[i])) {
+    for (std::size_t i = 0; i < count; ++i) {
+        if (condition(i)) {
             indexes.push_back(i);
         }
     }
@@ -64,48 +64,99 @@ std::vector<std::size_t> indexesWhere(const std::vector<Choice>& choices, Condit
 
 std::vector<std::size_t> fitting(const std::vector<Choice>& choices, std::string_view wanted)
 {
-    auto found = indexesWhere(choices, [&](const Choice& choice) { return choice.name == wanted; });
+    const auto where = [&](auto fits) {
+        return indexesWhere(choices.size(), [&](std::size_t index) { return fits(choices[index]); });
+    };
+    auto found = where([&](const Choice& choice) { return choice.name == wanted; });
     if (const auto number = asWholeNumber(wanted); found.empty() && number) {
-        found = indexesWhere(choices, [&](const Choice& choice) { return choice.id == *number; });
+        found = where([&](const Choice& choice) { return choice.id == *number; });
     }
     if (found.empty()) {
         const std::string lower = lowerCase(wanted);
-        found = indexesWhere(choices, [&](const Choice& choice) { return lowerCase(choice.name) == lower; });
+        found = where([&](const Choice& choice) { return lowerCase(choice.name) == lower; });
     }
     return found;
 }
 
-std::string unknownText(const std::vector<Choice>& choices, std::string_view wanted, std::string_view kind)
+using NameLists = std::vector<std::vector<std::string>>;
+
+/// The other names of each choice.
+NameLists listsOf(const std::vector<Choice>& choices, const OtherNames& others)
+{
+    NameLists names(choices.size());
+    for (std::size_t i = 0; others && i < choices.size(); ++i) {
+        names[i] = others(i);
+    }
+    return names;
+}
+
+std::vector<std::size_t> fittingOthers(const NameLists& names, std::string_view wanted)
+{
+    const auto where = [&](auto fits) {
+        return indexesWhere(names.size(), [&](std::size_t i) { return std::ranges::any_of(names[i], fits); });
+    };
+    auto found = where([&](const std::string& name) { return name == wanted; });
+    if (found.empty()) {
+        const std::string lower = lowerCase(wanted);
+        found = where([&](const std::string& name) { return lowerCase(name) == lower; });
+    }
+    return found;
+}
+
+/// The labels of the choices with a name most like `wanted`, best first.
+std::vector<std::string> nearLabels(
+    const std::vector<Choice>& choices, const NameLists& others, std::string_view wanted)
+{
+    std::vector<std::string> names;
+    std::vector<std::size_t> owners;
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+        names.push_back(choices[i].name);
+        names.insert(names.end(), others[i].begin(), others[i].end());
+        owners.resize(names.size(), i);
+    }
+    std::vector<std::string> near;
+    for (const std::string& name : nearMatches(names, wanted)) {
+        const auto at = static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
+        const Choice& choice = choices[owners[at]];
+        if (const std::string text = label(choice.name, choice.id);
+            std::ranges::find(near, text) == near.end()) {
+            near.push_back(text);
+        }
+    }
+    return near;
+}
+
+std::string unknownText(const std::vector<Choice>& choices, const NameLists& others, std::string_view wanted,
+    std::string_view kind)
 {
     if (choices.empty()) {
         return fmt::format("there is no {0}, so none is called \"{1}\"", kind, wanted);
     }
-    std::vector<std::string> names, labels;
-    for (const Choice& choice : choices) {
-        names.push_back(choice.name);
-        labels.push_back(label(choice.name, choice.id));
-    }
-    std::vector<std::string> near;
-    for (const std::string& name : nearMatches(names, wanted)) {
-        const auto at = std::ranges::find(names, name) - names.begin();
-        near.push_back(labels[static_cast<std::size_t>(at)]);
-    }
-    if (!near.empty()) {
+    if (const auto near = nearLabels(choices, others, wanted); !near.empty()) {
         return fmt::format("no {} is called \"{}\"; near matches: {}", kind, wanted, fmt::join(near, ", "));
     }
-    const std::size_t shown = std::min(labels.size(), mostMatches);
-    return fmt::format("no {} is called \"{}\"; there are: {}{}", kind, wanted,
-        fmt::join(labels.begin(), labels.begin() + static_cast<std::ptrdiff_t>(shown), ", "),
-        shown < labels.size() ? fmt::format(" and {} more", labels.size() - shown) : "");
+    const std::size_t shown = std::min(choices.size(), mostMatches);
+    std::vector<std::string> labels;
+    for (std::size_t i = 0; i < shown; ++i) {
+        labels.push_back(label(choices[i].name, choices[i].id));
+    }
+    return fmt::format("no {} is called \"{}\"; there are: {}{}", kind, wanted, fmt::join(labels, ", "),
+        shown < choices.size() ? fmt::format(" and {} more", choices.size() - shown) : "");
 }
 
 } // namespace
 
-std::size_t chooseIndex(const std::vector<Choice>& choices, std::string_view wanted, std::string_view kind)
+std::size_t chooseIndex(const std::vector<Choice>& choices, std::string_view wanted, std::string_view kind,
+    const OtherNames& others)
 {
-    const auto found = fitting(choices, wanted);
-    if (found.empty()) {
-        throw Failure(unknownText(choices, wanted, kind));
+    auto found = fitting(choices, wanted);
+    const bool byDisplayName = !found.empty();
+    if (!byDisplayName) {
+        const NameLists names = listsOf(choices, others);
+        found = fittingOthers(names, wanted);
+        if (found.empty()) {
+            throw UnknownName(unknownText(choices, names, wanted, kind));
+        }
     }
     if (found.size() > 1) {
         std::vector<std::string> labels;
@@ -113,7 +164,8 @@ std::size_t chooseIndex(const std::vector<Choice>& choices, std::string_view wan
         for (const std::size_t index : found) {
             labels.push_back(label(choices[index].name, choices[index].id));
         }
-        throw Failure("\"{}\" is the name of several: {}; give the number", wanted, fmt::join(labels, ", "));
+        throw Failure("\"{}\" {}: {}; give the number", wanted,
+            byDisplayName ? "is the name of several" : "may mean several", fmt::join(labels, ", "));
     }
     return found.front();
 }
