@@ -18,6 +18,7 @@ TOOL_FOLDERS = {
     "output": ["common", "database", "annotations"],
     "check": ["common", "database", "annotations"],
     "commands": ["common", "units", "database", "annotations", "input", "output", "check"],
+    "help": ["common", "database", "annotations", "output", "commands"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
 OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],

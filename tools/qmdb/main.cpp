@@ -3,6 +3,10 @@
 #include "common/failure.h"
 #include "common/leftovers.h"
 #include "common/names.h"
+#include "help/Completion.h"
+#include "help/HelpFormatter.h"
+#include "help/manual.h"
+#include "output/Output.h"
 
 #include <algorithm>
 #include <clocale>
@@ -34,6 +38,7 @@ void addAddCommand(CLI::App& app, tool::Action& action)
 {
     CLI::App* add = app.add_subcommand("add", "Add substances, phases, phase changes and parameters");
     add->require_subcommand(1);
+    add->footer("Example:\n  qmdb add substance mine Water --comment H2O --liquid Liquid --gas Steam");
     for (const auto addTo : { tool::addSubstanceCommand, tool::addPhaseCommand, tool::addChangeCommand,
              tool::addParameterCommand }) {
         addTo(*add, action);
@@ -74,15 +79,43 @@ std::string usageText(const CLI::App& app, const CLI::ParseError& error)
     return fmt::format("{}\n\"{} --help\" tells what to write", error.what(), command);
 }
 
+void addCommands(CLI::App& app, tool::Action& action)
+{
+    app.formatter(std::make_shared<tool::HelpFormatter>());
+    app.set_version_flag("--version", "qmdb " QMDB_VERSION);
+    app.require_subcommand(1);
+    app.footer("Examples:\n"
+               "  qmdb list materials Water\n"
+               "  qmdb get materials Water:Liquid Density --at T=350\n"
+               "  qmdb plot materials Copper Iron \"Thermal conductivity\" --phase Solid -o metals.svg\n"
+               "  qmdb export materials --sqlite materials.sqlite");
+    for (const auto add :
+        { tool::addListCommand, tool::addGetCommand, tool::addFindCommand, tool::addPlotCommand,
+            tool::addCheckCommand, tool::addExportCommand, addAddCommand, tool::addNewCommand }) {
+        add(app, action);
+    }
+}
+
+int printManual(const CLI::App& app)
+{
+    tool::Output output;
+    output.write(tool::manualPage(app));
+    output.finish();
+    return tool::ExitDone;
+}
+
 int run(const std::vector<std::string>& words)
 {
     CLI::App app("Lists, checks, draws, fills and exports a database of material properties", "qmdb");
-    app.set_version_flag("--version", "qmdb " QMDB_VERSION);
-    app.require_subcommand(1);
     tool::Action action;
-    for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addFindCommand, tool::addPlotCommand,
-             tool::addCheckCommand, tool::addExportCommand, addAddCommand, tool::addNewCommand }) {
-        add(app, action);
+    addCommands(app, action);
+    // Scripts ask for these: what they give must not be taken for options.
+    const std::string first = words.empty() ? "" : words.front();
+    if (first == "complete") {
+        return tool::runComplete(app, { words.begin() + 1, words.end() });
+    }
+    if (first == "manual") {
+        return printManual(app);
     }
     requireCommands(app, words);
     try {

@@ -186,6 +186,10 @@ void addParameterCommand(CLI::App& add, Action& action)
         ->type_name("FILE")
         ->check(notEmpty());
     input->require_option(1);
+    command->footer("Examples:\n"
+                    "  qmdb add parameter mine Water Density --phase Ice --value 917\n"
+                    "  qmdb add parameter mine Water Density --phase Liquid --file density.csv\n"
+                    "  qmdb add parameter mine Water Density --phase Steam --type p --file - < steam.csv");
 }
 
 } // namespace tool

@@ -137,6 +137,7 @@ void addNewCommand(CLI::App& app, Action& action)
     command->add_option("DIR", options->directory, "Directory to make; it may exist when it is empty")
         ->required()
         ->check(notEmpty());
+    command->footer("Example:\n  qmdb new mine");
     command->callback([&action, options] { action = [options] { return runNew(*options); }; });
 }
 
