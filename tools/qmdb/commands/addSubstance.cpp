@@ -101,7 +101,7 @@ void addSubstanceCommand(CLI::App& add, Action& action)
     command->footer(
         "Examples:\n"
         "  qmdb add substance mine Water --comment H2O --liquid Liquid --gas Steam\n"
-        "  qmdb add substance mine Brass --component Copper:0.7 --component Zinc:0.3 --solid Solid");
+        "  qmdb add substance materials Gilding --component Copper:0.95 --component Zinc:0.05 --solid Solid");
 }
 
 } // namespace tool

@@ -199,7 +199,7 @@ void addGetCommand(CLI::App& app, Action& action)
         "Begin with a comment line: where the value comes from, and how accurate it is; JSON always tells");
     command->footer("Examples:\n"
                     "  qmdb get materials Water \"Molar mass\" --units g/mol\n"
-                    "  qmdb get materials Water:Liquid Density --at T=350\n"
+                    "  qmdb get materials Water:Liquid Density --at P=1e6,T=350\n"
                     "  qmdb get materials Copper:Solid k --at T=20:200:20 --units T=degC --csv");
 }
 

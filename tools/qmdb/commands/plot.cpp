@@ -209,7 +209,7 @@ void addPlotCommand(CLI::App& app, Action& action)
     command->footer("Examples:\n"
                     "  qmdb plot materials Water Density --phase Liquid\n"
                     "  qmdb plot materials Copper Iron \"Thermal conductivity\" --phase Solid -o metals.svg\n"
-                    "  qmdb plot materials Water:Steam Viscosity --units T=degC -o steam.pdf");
+                    "  qmdb plot materials Water:Steam \"Dynamic viscosity\" --units T=degC -o steam.pdf");
 }
 
 } // namespace tool
