@@ -49,7 +49,8 @@ std::vector<Candidate> namesFor(
     const std::string& placeholder, const CommandLine& line, const std::string& word)
 {
     const NamesInDatabase names(line);
-    const bool adds = line.command().get_parent()->get_name() == "add" && !line.values("SUBSTANCE").empty();
+    const CLI::App* parent = line.command().get_parent();
+    const bool adds = parent && parent->get_name() == "add" && !line.values("SUBSTANCE").empty();
     const std::map<std::string, std::function<std::vector<Candidate>()>> sources {
         { "SUBSTANCE", [&] { return names.substances(); } },
         { "SUBSTANCE:FRACTION", [&] { return components(names); } },
