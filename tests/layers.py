@@ -20,6 +20,7 @@ TOOL_FOLDERS = {
     "writing": ["common", "database", "annotations", "input", "check"],
     "comparison": ["common", "database", "annotations", "writing"],
     "commands": ["common", "units", "database", "annotations", "input", "output", "check", "comparison", "writing"],
+    "help": ["common", "database", "annotations", "output", "commands"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
 OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],

@@ -2,7 +2,11 @@
 #include "common/encodings.h"
 #include "common/failure.h"
 #include "common/leftovers.h"
-#include "common/names.h"
+#include "help/Completion.h"
+#include "help/HelpFormatter.h"
+#include "help/manual.h"
+#include "help/mistakes.h"
+#include "output/Output.h"
 
 #include <algorithm>
 #include <clocale>
@@ -38,64 +42,63 @@ void addAddCommand(CLI::App& app, tool::Action& action)
     CLI::App* add
         = app.add_subcommand("add", "Add substances, phases, phase changes, parameters and descriptions");
     add->require_subcommand(1);
+    add->footer("Example:\n  qmdb add substance mine Water --comment H2O --liquid Liquid --gas Steam");
     for (const auto addTo : { tool::addSubstanceCommand, tool::addPhaseCommand, tool::addChangeCommand,
              tool::addParameterCommand, tool::addDescriptionCommand }) {
         addTo(*add, action);
     }
 }
 
-/// Throws Failure when a word stands where a command should; the parser would not name it.
-void requireCommands(const CLI::App& app, const std::vector<std::string>& words)
+void addCommands(CLI::App& app, tool::Action& action)
 {
-    const CLI::App* parent = &app;
-    for (const std::string& word : words) {
-        std::vector<std::string> names;
-        const auto isNamed = [](const CLI::App* command) { return !command->get_name().empty(); };
-        for (const CLI::App* command : parent->get_subcommands(isNamed)) { // option groups have no name
-            names.push_back(command->get_name());
-        }
-        if (names.empty() || word.starts_with('-')) {
-            return;
-        }
-        if (std::ranges::find(names, word) == names.end()) {
-            const auto near = tool::nearMatches(names, word);
-            throw tool::Failure("there is no command \"{}\"; {}: {}", word,
-                near.empty() ? "there are" : "near matches", fmt::join(near.empty() ? names : near, ", "));
-        }
-        parent = parent->get_subcommand(word);
-    }
-}
-
-/// The parser's words, and which command explains what to write.
-std::string usageText(const CLI::App& app, const CLI::ParseError& error)
-{
-    const CLI::App* innermost = &app;
-    std::string command = app.get_name();
-    while (!innermost->get_subcommands().empty()) {
-        innermost = innermost->get_subcommands().front();
-        command += " " + innermost->get_name();
-    }
-    return fmt::format("{}\n\"{} --help\" tells what to write", error.what(), command);
-}
-
-int run(const std::vector<std::string>& words)
-{
-    CLI::App app("Lists, checks, draws, fills and exports a database of material properties", "qmdb");
+    app.formatter(std::make_shared<tool::HelpFormatter>());
     app.set_version_flag("--version", "qmdb " QMDB_VERSION);
     app.require_subcommand(1);
-    tool::Action action;
+    app.footer("Examples:\n"
+               "  qmdb list materials Water\n"
+               "  qmdb get materials Water:Liquid Density --at P=1e6,T=350\n"
+               "  qmdb plot materials Copper Iron \"Thermal conductivity\" --phase Solid -o metals.svg\n"
+               "  qmdb export materials --sqlite materials.sqlite");
     for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addFindCommand, tool::addPlotCommand,
              tool::addCheckCommand, tool::addExportCommand, tool::addImportCommand, tool::addDiffCommand,
              addAddCommand, tool::addSetCommand, tool::addRemoveCommand, tool::addNewCommand }) {
         add(app, action);
     }
-    requireCommands(app, words);
+}
+
+int printManual(const CLI::App& app)
+{
+    tool::Output output;
+    output.write(tool::manualPage(app));
+    output.finish();
+    return tool::ExitDone;
+}
+
+int run(const std::vector<std::string>& words)
+{
+    CLI::App app("Lists, checks, draws, fills and exports a database of material properties", "qmdb");
+    tool::Action action;
+    addCommands(app, action);
+    // Scripts ask for these: what they give must not be taken for options.
+    const std::string first = words.empty() ? "" : words.front();
+    if (first == "complete") {
+        return tool::runComplete(app, { words.begin() + 1, words.end() });
+    }
+    if (first == "manual") {
+        return printManual(app);
+    }
+    if (first == "help") {
+        std::vector<std::string> asked(words.begin() + 1, words.end());
+        asked.emplace_back("--help");
+        return run(asked);
+    }
+    tool::requireCommands(app, words);
     try {
         app.parse(std::vector<std::string>(words.rbegin(), words.rend())); // the order that it takes
     } catch (const CLI::Success& answer) {
         return app.exit(answer);
     } catch (const CLI::ParseError& error) {
-        throw tool::Failure(usageText(app, error));
+        throw tool::Failure(tool::mistakeText(app, error));
     }
     return action();
 }

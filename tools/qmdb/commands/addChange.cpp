@@ -58,6 +58,7 @@ void addChangeCommand(CLI::App& add, Action& action)
         ->required()
         ->type_name("PHASE")
         ->check(notEmpty());
+    command->footer("Example:\n  qmdb add change mine Water Melting --from Ice --to Liquid");
 }
 
 } // namespace tool

@@ -37,6 +37,7 @@ void addPhaseCommand(CLI::App& add, Action& action)
         ->required()
         ->check(notEmpty());
     addPhaseOptions(*command, options->phases);
+    command->footer("Example:\n  qmdb add phase mine Water --solid Ice");
 }
 
 } // namespace tool

@@ -91,13 +91,17 @@ void addSubstanceCommand(CLI::App& add, Action& action)
         "Add a substance with its first phases: without a phase it would not be found again", options,
         runAddSubstance);
     command->add_option("NAME", options->name, "Name of the new substance")->required();
-    command->add_option("--comment", options->comment, "Comment");
+    command->add_option("--comment", options->comment, "Comment")->type_name("TEXT");
     command
         ->add_option("--component", options->components,
             "Component of a mixture and its molar fraction; once for each component")
         ->type_name("SUBSTANCE:FRACTION")
         ->allow_extra_args(false);
     addPhaseOptions(*command, options->phases);
+    command->footer(
+        "Examples:\n"
+        "  qmdb add substance mine Water --comment H2O --liquid Liquid --gas Steam\n"
+        "  qmdb add substance materials Gilding --component Copper:0.95 --component Zinc:0.05 --solid Solid");
 }
 
 } // namespace tool

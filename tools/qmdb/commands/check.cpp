@@ -90,6 +90,7 @@ void addCheckCommand(CLI::App& app, Action& action)
         ->required()
         ->check(notEmpty());
     command->add_flag("--json", options->json, "As JSON");
+    command->footer("Example:\n  qmdb check materials");
     command->callback([&action, options] { action = [options] { return runCheck(*options); }; });
 }
 

@@ -234,6 +234,10 @@ void addExportCommand(CLI::App& app, Action& action)
         ->type_name("FILE")
         ->check(notEmpty())
         ->excludes(sqlite);
+    command->footer("Examples:\n"
+                    "  qmdb export materials -o materials.csv\n"
+                    "  qmdb export materials --jsonl --units T=degC\n"
+                    "  qmdb export materials --sqlite materials.sqlite");
 }
 
 } // namespace tool

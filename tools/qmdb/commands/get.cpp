@@ -199,7 +199,7 @@ void addGetCommand(CLI::App& app, Action& action)
     const auto options = std::make_shared<GetOptions>();
     CLI::App* command = addCommand(app, action, "get", "Show the value of a parameter", options, runGet);
     command
-        ->add_option("SUBSTANCE", options->material,
+        ->add_option("MATERIAL", options->material,
             "SUBSTANCE or SUBSTANCE:PHASE, by name, number, formula, alias or CAS number")
         ->required()
         ->check(notEmpty());

@@ -111,7 +111,9 @@ int runNew(const NewOptions& options)
     const std::filesystem::path directory = makeDirectory(options.directory);
     const DatabaseLock lock(options.directory);
     if (!std::filesystem::is_empty(directory)) {
-        throw Failure("\"{}\" is not empty", options.directory);
+        throw Failure(
+            "\"{}\" is not empty; give a directory that is not there yet. \"qmdb add\" fills a database",
+            options.directory);
     }
     writeFile(directory / "README.txt", readmeText());
     writeFile(directory / vocabulary::defaultTable, tableText(false));
@@ -137,6 +139,7 @@ void addNewCommand(CLI::App& app, Action& action)
     command->add_option("DIR", options->directory, "Directory to make; it may exist when it is empty")
         ->required()
         ->check(notEmpty());
+    command->footer("Example:\n  qmdb new mine");
     command->callback([&action, options] { action = [options] { return runNew(*options); }; });
 }
 

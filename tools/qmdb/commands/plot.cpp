@@ -97,7 +97,7 @@ void addPlotCommand(CLI::App& app, Action& action)
     const auto options = std::make_shared<PlotOptions>();
     CLI::App* command = addCommand(app, action, "plot", "Draw the curves of a parameter", options, runPlot);
     command
-        ->add_option("NAME", options->names,
+        ->add_option("MATERIAL", options->names,
             "What to compare, SUBSTANCE or SUBSTANCE:PHASE, and last the parameter, by name or number")
         ->check(notEmpty())
         ->required()
@@ -113,6 +113,10 @@ void addPlotCommand(CLI::App& app, Action& action)
             "Picture file with the extension .svg, .png or .pdf; without it the terminal")
         ->type_name("FILE")
         ->check(notEmpty());
+    command->footer("Examples:\n"
+                    "  qmdb plot materials Water Density --phase Liquid\n"
+                    "  qmdb plot materials Copper Iron \"Thermal conductivity\" --phase Solid -o metals.svg\n"
+                    "  qmdb plot materials Water:Steam \"Dynamic viscosity\" --units T=degC -o steam.pdf");
 }
 
 } // namespace tool

@@ -33,8 +33,10 @@ CLI::App* addCommand(CLI::App& parent, Action& action, const std::string& name, 
     command->add_option("DIR", location.directory, "Directory of the database")
         ->required()
         ->check(notEmpty());
-    command->add_option("--lang", location.language,
-        "Language of the names: \"ru\" takes strings.lst, any other default.lst");
+    command
+        ->add_option("--lang", location.language,
+            "Language of the names: \"ru\" takes strings.lst, any other default.lst")
+        ->type_name("LANGUAGE");
     command
         ->add_option("--log", location.logDirectory, "Write the library's log, qmdb.log, to this directory")
         ->type_name("DIR")
