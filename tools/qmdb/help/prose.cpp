@@ -52,9 +52,9 @@ constexpr std::array prose {
     CommandProse { "plot",
         "Draws over the last argument: a table of two arguments as one curve for each first argument, a "
         "vector as "
-        "three curves. Several substances, phases or phase changes are compared in one picture; Water:Steam "
-        "names a "
-        "phase of one of them. gnuplot draws.\n\n"
+        "three curves, a constant beside tables as a level line. Several substances, phases or phase changes "
+        "are compared in "
+        "one picture; Water:Steam names a phase of one of them. gnuplot draws.\n\n"
         "The picture file appears under its name when it is complete; until then what stood there stays." },
     CommandProse { "check",
         "Tells one line for each fault: file, line, what is wrong and what to do, causes before what follows "
@@ -70,6 +70,37 @@ constexpr std::array prose {
         "The file appears under its name when it is complete; until then what stood there stays. With "
         "--units what "
         "can be converted is, and the rest stays as it is." },
+    CommandProse { "import",
+        "Takes what export writes, and CSV that a person makes: a row for each number, columns in any order "
+        "by the names "
+        "in the first line. All of an import appears or nothing: it is made beside the database, opened to "
+        "try it, and "
+        "takes its place in one step. A fault names row and column.\n\n"
+        "With --all, export writes the Russian texts and the rules of descriptions as well, which then come "
+        "along." },
+    CommandProse { "diff",
+        "Things are the same by number and name, else by name, else by number. Each difference is told in a "
+        "line with what "
+        "was and what is." },
+    CommandProse { "set",
+        "Each change is made by a new file that takes the place of the old one. With --dry-run nothing is "
+        "changed, and what "
+        "would be is told." },
+    CommandProse { "set substance", "A name is changed in the language of --lang." },
+    CommandProse { "set phase", "A name is changed in the language of --lang." },
+    CommandProse { "set change", "A name is changed in the language of --lang." },
+    CommandProse { "set parameter", "Values are given as for add parameter." },
+    CommandProse { "set description", "All values of the parameter share its description." },
+    CommandProse { "remove",
+        "Asks on a terminal; elsewhere it wants --yes. What others refer to stays: a component of a mixture, "
+        "a phase of a "
+        "phase change, a description that values have." },
+    CommandProse { "remove substance",
+        "Files in its directory that are not the database's keep it from being removed." },
+    CommandProse { "remove phase", "The last phase stays: the library skips substances without phases." },
+    CommandProse { "remove change", "Its values go with it." },
+    CommandProse { "remove parameter", "A data file that other heads name as well stays." },
+    CommandProse { "remove description", "The texts that only it uses go from the string tables." },
     CommandProse { "add", "Nothing is written when the input is wrong." },
     CommandProse {
         "add substance", "A mixture names its components, none twice; their molar fractions add up to 1." },
@@ -79,6 +110,10 @@ constexpr std::array prose {
         "Numbers are decimal and finite. In a table a first row without numbers is a head, and lines that "
         "begin with "
         "# are comments. Semicolons separate where there are any, and commas are decimal points then." },
+    CommandProse { "add description",
+        "A description says what the parameter is called, in which units it is, which types of values it may "
+        "have, and "
+        "phases of which states. Its texts go into both string tables." },
     CommandProse { "new",
         "The descriptions stand in files of their own; README.txt in the directory tells how to go on. "
         "Remove those "
