@@ -17,7 +17,8 @@ TOOL_FOLDERS = {
     "input": ["common", "database"],
     "output": ["common", "database", "annotations"],
     "check": ["common", "database", "annotations"],
-    "commands": ["common", "units", "database", "annotations", "input", "output", "check"],
+    "page": ["common", "units", "database", "annotations", "output"],
+    "commands": ["common", "units", "database", "annotations", "input", "output", "check", "page"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
 OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],

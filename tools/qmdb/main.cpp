@@ -81,7 +81,7 @@ int run(const std::vector<std::string>& words)
     app.require_subcommand(1);
     tool::Action action;
     for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addPlotCommand,
-             tool::addCheckCommand, tool::addExportCommand, addAddCommand, tool::addNewCommand }) {
+             tool::addCheckCommand, tool::addExportCommand, tool::addPageCommand, addAddCommand, tool::addNewCommand }) {
         add(app, action);
     }
     requireCommands(app, words);

@@ -10,6 +10,7 @@ void addGetCommand(CLI::App& app, Action& action);
 void addPlotCommand(CLI::App& app, Action& action);
 void addCheckCommand(CLI::App& app, Action& action);
 void addExportCommand(CLI::App& app, Action& action);
+void addPageCommand(CLI::App& app, Action& action);
 void addNewCommand(CLI::App& app, Action& action);
 
 void addSubstanceCommand(CLI::App& add, Action& action);

@@ -1,0 +1,228 @@
+// Charts: curves over a common axis, drawn by uPlot.
+//
+// A curve is { label, x, y, colour, dash, level }: numbers as shown, the name of a colour, whether it is a
+// constant drawn as a level line.
+
+const liveCharts = new Set();
+const pendingCharts = new Map(); // elements whose chart is made when they come into view
+
+const mostMarkers = 80; // of a curve; more would hide it
+
+function themeColour(name) {
+    return getComputedStyle(document.body).getPropertyValue(`--${name}`).trim();
+}
+
+/** Colours that differ: curves of a comparison. */
+function distinctColour(index) {
+    return () => themeColour(`curve${index % 8}`);
+}
+
+/** Colours in an order: curves over rising first arguments, from blue to red. */
+function orderedColour(index, count) {
+    const hue = count < 2 ? 215 : 230 - (230 * index) / (count - 1);
+    return () => `hsl(${hue} ${themeColour("ramp-saturation")} ${themeColour("ramp-lightness")})`;
+}
+
+const dashes = [undefined, [9, 5], [2, 4], [9, 4, 2, 4]];
+
+/** How often each number stands in a list. */
+function countsOf(numbers) {
+    const counts = new Map();
+    for (const number of numbers) {
+        counts.set(number, (counts.get(number) ?? 0) + 1);
+    }
+    return counts;
+}
+
+/** All numbers of some lists in ascending order, each as often as in the list that has it most often. */
+function mergedNumbers(lists) {
+    const most = new Map();
+    for (const list of lists) {
+        for (const [number, count] of countsOf(list)) {
+            most.set(number, Math.max(count, most.get(number) ?? 0));
+        }
+    }
+    const sorted = Float64Array.from(most.keys()).sort();
+    return [...sorted].flatMap((number) => Array(most.get(number)).fill(number));
+}
+
+/** A rising curve at all x: between its own points as interpolation gives it, nothing outside. */
+function filledColumn({ x, y }, all) {
+    let at = 0;
+    return all.map((wanted) => {
+        while (at + 1 < x.length && x[at + 1] <= wanted) {
+            ++at;
+        }
+        if (x.length === 0 || wanted < x[0] || (wanted > x[at] && at + 1 === x.length)) {
+            return null;
+        }
+        return x[at] === wanted ? y[at] : y[at] + (y[at + 1] - y[at]) * ((wanted - x[at]) / (x[at + 1] - x[at]));
+    });
+}
+
+/** Points in any order at their x, further ones with the same x beside each other. */
+function scatteredColumn({ x, y }, all) {
+    const waiting = new Map();
+    x.forEach((number, index) => waiting.set(number, [...(waiting.get(number) ?? []), y[index]]));
+    return all.map((wanted) => waiting.get(wanted)?.shift() ?? null);
+}
+
+function finitePoints(curve, isShownX) {
+    const kept = curve.x.map((number, index) => index).filter((index) => isShownX(curve.x[index]));
+    return { ...curve, x: kept.map((index) => curve.x[index]), y: kept.map((index) => curve.y[index]) };
+}
+
+/** The columns that uPlot draws, and for each curve which of their places are its own points. */
+function alignedCurves(curves, logX, logY) {
+    const isShownX = (x) => Number.isFinite(x) && (!logX || x > 0);
+    const isShownY = (y) => y !== null && Number.isFinite(y) && (!logY || y > 0);
+    const tables = curves.map((curve) => (curve.level ? curve : finitePoints(curve, isShownX)));
+    const x = mergedNumbers(tables.filter((curve) => !curve.level).map((curve) => curve.x));
+    const columns = tables.map((curve) => {
+        const fill = isAscending(curve.x) ? filledColumn : scatteredColumn;
+        const column = curve.level ? x.map(() => curve.y[0]) : fill(curve, x);
+        return column.map((y) => (isShownY(y) ? y : null));
+    });
+    return { data: [x, ...columns], own: tables.map((curve, index) => ownPlaces(curve, x, columns[index])) };
+}
+
+function ownPlaces(curve, x, column) {
+    const own = new Set(curve.level ? [] : curve.x);
+    return own.size > mostMarkers && isAscending(curve.x)
+        ? []
+        : x.map((number, index) => index).filter((index) => own.has(x[index]) && column[index] !== null);
+}
+
+function seriesOf(curve, own) {
+    const isLine = curve.level || isAscending(curve.x);
+    return {
+        label: curve.label, stroke: curve.colour, dash: curve.dash, width: curve.level ? 1.5 : 2, spanGaps: true,
+        ...(isLine ? {} : { paths: () => null }),
+        points: { show: own.length > 0, size: 6, filter: () => own, fill: curve.colour },
+        value: (chart, number) => (number === null || number === undefined ? "–" : hoverText(number)),
+    };
+}
+
+const hoverText = (number) => numberText(Number(number.toPrecision(6)));
+
+function axisOf(label, side) {
+    const ink = () => themeColour("faint-ink");
+    const line = { stroke: () => themeColour("line"), width: 1 };
+    const font = "12px system-ui, sans-serif";
+    const wide = (chart, texts) => 24 + 7 * Math.max(3, ...(texts ?? []).map((text) => text.length));
+    return {
+        label, side, stroke: ink, grid: line, ticks: line, font, labelFont: "13px system-ui, sans-serif",
+        labelSize: 22, size: side === 3 ? wide : 36, values: (chart, splits) => splits.map(tickText),
+    };
+}
+
+function chartSize(box) {
+    const width = Math.max(240, box.clientWidth);
+    return { width, height: Math.round(Math.min(340, Math.max(230, width * 0.6))) };
+}
+
+/** A scale that leaves room around a constant and shows the logarithmic one by whole decades or less. */
+function scaleOf(isLogarithmic) {
+    return { time: false, distr: isLogarithmic ? 3 : 1 };
+}
+
+function chartSettings({ curves, xLabel, yLabel, logX, logY }, own, box) {
+    return {
+        ...chartSize(box),
+        scales: { x: scaleOf(logX), y: scaleOf(logY) },
+        axes: [axisOf(xLabel, 2), axisOf(yLabel, 3)],
+        series: [{ label: xLabel, value: (chart, number) => (number === null ? "–" : hoverText(number)) },
+            ...curves.map((curve, index) => seriesOf(curve, own[index]))],
+        cursor: { drag: { x: true, y: false, setScale: true } },
+    };
+}
+
+/** Draws a chart into a box and keeps it as wide as the box. */
+function drawChart(box, description) {
+    const { data, own } = alignedCurves(description.curves, description.logX, description.logY);
+    const chart = new uPlot(chartSettings(description, own, box), data, box);
+    const canvas = chart.root.querySelector("canvas");
+    canvas.setAttribute("role", "img");
+    canvas.setAttribute("aria-label", say("chart", description.yLabel, description.xLabel));
+    const observer = new ResizeObserver(() => {
+        const size = chartSize(box);
+        if (size.width !== chart.width) {
+            chart.setSize(size);
+        }
+    });
+    observer.observe(box);
+    const live = { redraw: () => chart.redraw(false), end: () => (observer.disconnect(), chart.destroy()),
+        resetZoom: () => chart.setData(chart.data) };
+    liveCharts.add(live);
+    return live;
+}
+
+/** Buttons above a chart: logarithmic axes where they can be, and back to the whole range. */
+function chartButtons(description, redraw, resetZoom) {
+    const toggle = (axis, label, numbers) => numbers.some((number) => number > 0)
+        && toggleElement(say("logX", axis), say("logarithmic", label), false, (isOn) => redraw(axis, isOn));
+    return element("div", { class: "chart-buttons" },
+        toggle("x", description.xLabel, description.curves.flatMap((curve) => (curve.level ? [] : curve.x))),
+        toggle("y", description.yLabel, description.curves.flatMap((curve) => curve.y)),
+        element("button", { type: "button", onclick: resetZoom, title: say("zoomHint") }, say("resetZoom")));
+}
+
+/** A chart with its buttons; it is drawn when it first comes into view. */
+function chartElement(makeDescription) {
+    const box = element("div", { class: "chart-box" });
+    const whole = element("div", { class: "chart" }, box);
+    const draw = () => {
+        const description = { ...makeDescription(), logX: false, logY: false };
+        let live = drawChart(box, description);
+        const redraw = (axis, isOn) => {
+            description[axis === "x" ? "logX" : "logY"] = isOn;
+            endChart(live);
+            live = drawChart(box, description);
+        };
+        whole.prepend(chartButtons(description, redraw, () => live.resetZoom()));
+        if (description.curves.some((curve) => !curve.level && !isAscending(curve.x))) {
+            whole.append(element("p", { class: "notice" }, say("unordered")));
+        }
+    };
+    pendingCharts.set(whole, draw);
+    viewObserver.observe(whole);
+    return whole;
+}
+
+function drawPending(whole) {
+    const draw = pendingCharts.get(whole);
+    viewObserver.unobserve(whole);
+    pendingCharts.delete(whole);
+    draw?.();
+}
+
+const viewObserver = new IntersectionObserver((entries) => {
+    entries.filter((entry) => entry.isIntersecting).forEach((entry) => drawPending(entry.target));
+}, { rootMargin: "400px" });
+
+function endChart(live) {
+    liveCharts.delete(live);
+    live.end();
+}
+
+/** Before the page shows something else. */
+function endCharts() {
+    [...pendingCharts.keys()].forEach((whole) => viewObserver.unobserve(whole));
+    pendingCharts.clear();
+    [...liveCharts].forEach(endChart);
+}
+
+function redrawCharts() {
+    liveCharts.forEach((live) => live.redraw());
+}
+
+matchMedia("(prefers-color-scheme: dark)").addEventListener("change", redrawCharts);
+window.addEventListener("beforeprint", () => {
+    document.body.classList.add("printing");
+    [...pendingCharts.keys()].forEach(drawPending);
+    redrawCharts();
+});
+window.addEventListener("afterprint", () => {
+    document.body.classList.remove("printing");
+    redrawCharts();
+});

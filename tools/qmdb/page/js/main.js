@@ -1,0 +1,76 @@
+// Shows the place that the address asks for.
+
+function startElements() {
+    const values = model.substances.reduce((sum, { owners }) => owners.reduce((all, owner) => all + owner.values.length, sum), 0);
+    return [element("h2", { tabindex: -1 }, model.name || say("materials")),
+        element("p", {}, say("overview", model.substances.length, values)),
+        element("p", {}, say("choose")), element("p", { class: "faint" }, say("keys")),
+        element("p", { class: "faint" }, say("made", model.version))];
+}
+
+function unknownElements(text) {
+    return [element("h2", { tabindex: -1 }, say("materials")), element("p", { class: "notice" }, say("unknownPlace", text))];
+}
+
+/** The elements of a place, which view it is, and its title. */
+function viewOf(place) {
+    if (place.compare) {
+        place.compare.forEach((value) => pins.add(value));
+        return { view: "compare", title: say("comparison"), elements: comparisonElements(place.compare) };
+    }
+    if (place.substance) {
+        return { view: "material", title: nameOf(place.substance), elements: materialElements(place.substance) };
+    }
+    return { view: "start", elements: place.unknown === undefined ? startElements() : unknownElements(place.unknown) };
+}
+
+function backLink() {
+    return element("a", { class: "back", href: "#" }, `‹ ${say("back")}`);
+}
+
+let shown = {}; // the place on the page
+
+function showPlace() {
+    endCharts();
+    const place = placeOfAddress(location.hash);
+    const { view, title, elements } = viewOf(place);
+    const main = document.querySelector("main");
+    const stays = place.substance && place.substance === shown.substance;
+    document.title = [title, model.name].filter(Boolean).join(" – ");
+    document.body.dataset.view = view;
+    main.replaceChildren(backLink(), ...elements);
+    markCurrent(place.substance);
+    showPinCount();
+    bringIntoView(place, stays);
+    shown = place;
+}
+
+function bringIntoView(place, stays) {
+    const target = place.owner && targetOf(place);
+    const main = document.querySelector("main");
+    main.querySelector(".target")?.classList.remove("target");
+    if (target) {
+        target.classList.add("target");
+        target.scrollIntoView({ block: "start" });
+    } else if (!stays) {
+        main.scrollTo(0, 0);
+        window.scrollTo(0, 0);
+    }
+}
+
+/** Goes to a place without a step of its own in the history. */
+function replacePlace(address) {
+    history.replaceState(null, "", address);
+    showPlace();
+}
+
+function switchLanguage(index) {
+    language = index;
+    document.documentElement.lang = languages[language];
+    showToolbar();
+    showList();
+    showPlace();
+}
+
+window.addEventListener("hashchange", showPlace);
+switchLanguage(Math.max(0, languages.indexOf(model.language)));
