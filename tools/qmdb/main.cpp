@@ -80,8 +80,9 @@ int run(const std::vector<std::string>& words)
     app.set_version_flag("--version", "qmdb " QMDB_VERSION);
     app.require_subcommand(1);
     tool::Action action;
-    for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addPlotCommand,
-             tool::addCheckCommand, tool::addExportCommand, tool::addPageCommand, addAddCommand, tool::addNewCommand }) {
+    for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addFindCommand,
+             tool::addPlotCommand, tool::addCheckCommand, tool::addExportCommand, tool::addPageCommand,
+             addAddCommand, tool::addNewCommand }) {
         add(app, action);
     }
     requireCommands(app, words);

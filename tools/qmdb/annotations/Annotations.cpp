@@ -337,11 +337,17 @@ std::vector<std::string> Annotations::names(long substance, const Owner& owner) 
     return stringTables().texts(values(substance).owners.find({ owner.kind, owner.id }));
 }
 
-ParameterNotes Annotations::parameter(long substance, const Owner& owner, const Parameter& parameter) const
+ParameterNotes Annotations::describe(const Parameter& parameter) const
 {
     const DescriptionNotes described = description(parameter.id);
-    return { value(substance, owner, parameter.id), described.symbol,
-        argumentsOf(described, parameter.type) };
+    return { {}, described.symbol, argumentsOf(described, parameter.type) };
+}
+
+ParameterNotes Annotations::parameter(long substance, const Owner& owner, const Parameter& parameter) const
+{
+    ParameterNotes notes = describe(parameter);
+    static_cast<ValueNotes&>(notes) = value(substance, owner, parameter.id);
+    return notes;
 }
 
 std::string Annotations::comments(const std::string& dataFile) const

@@ -73,6 +73,8 @@ public:
     /// Reads the substance's directory, and keeps it until another substance is asked for.
     ValueNotes value(long substance, const Owner& owner, long parameter) const;
 
+    /// The notes of a parameter's description alone: what only the value's own files tell is left empty.
+    ParameterNotes describe(const Parameter& parameter) const;
     /// The notes of a value and of its description.
     ParameterNotes parameter(long substance, const Owner& owner, const Parameter& parameter) const;
 

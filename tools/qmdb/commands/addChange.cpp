@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "commands/owners.h"
 #include "common/names.h"
 #include "database/DatabaseLock.h"
 #include "input/recordTexts.h"
@@ -21,11 +22,11 @@ int runAddChange(const ChangeOptions& options)
 {
     const DatabaseLock lock(options.location.directory);
     Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
-    const auto phases = database.phases(substance.id);
-    const std::string kind = fmt::format("phase of {}", substance.name);
-    const Owner from = choose(phases, options.from, kind);
-    const Owner to = choose(phases, options.to, kind);
+    const Annotations annotations(options.location.directory);
+    const Resolver resolver(database, annotations);
+    const Substance substance = resolver.substance(options.substance);
+    const Owner from = resolver.phase(substance, options.from);
+    const Owner to = resolver.phase(substance, options.to);
     if (from.id == to.id) {
         throw Failure("a phase change leads from one phase to another");
     }

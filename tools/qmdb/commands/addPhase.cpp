@@ -1,7 +1,7 @@
 #include "commands/commands.h"
 
+#include "commands/owners.h"
 #include "commands/phaseOptions.h"
-#include "common/names.h"
 #include "database/DatabaseLock.h"
 
 namespace tool {
@@ -19,7 +19,8 @@ int runAddPhase(const PhaseCommandOptions& options)
     const std::vector<PHASE> phases = phaseRecords(options.phases);
     const DatabaseLock lock(options.location.directory);
     Database database(options.location);
-    const Substance substance = choose(database.substances(), options.substance, "substance");
+    const Annotations annotations(options.location.directory);
+    const Substance substance = Resolver(database, annotations).substance(options.substance);
     Output output;
     addPhases(database, substance.id, phases, output);
     output.finish();

@@ -1,5 +1,6 @@
 #include "commands/commands.h"
 
+#include "commands/owners.h"
 #include "commands/phaseOptions.h"
 #include "common/names.h"
 #include "common/numbers.h"
@@ -23,7 +24,7 @@ struct SubstanceOptions {
 };
 
 /// "Copper:0.9" or "1:0.9"; the last colon separates, as a name may hold others.
-COMPONENT componentOf(const std::vector<Substance>& substances, const std::string& text)
+COMPONENT componentOf(const Resolver& resolver, const std::string& text)
 {
     const std::size_t colon = text.rfind(':');
     const auto fraction = colon == std::string::npos
@@ -32,16 +33,15 @@ COMPONENT componentOf(const std::vector<Substance>& substances, const std::strin
     if (!fraction || !(*fraction > 0)) {
         throw Failure("\"{}\" is no component: write SUBSTANCE:FRACTION with a fraction above 0", text);
     }
-    return { choose(substances, text.substr(0, colon), "substance").id, *fraction };
+    return { resolver.substance(text.substr(0, colon)).id, *fraction };
 }
 
-std::vector<COMPONENT> compositionOf(
-    const std::vector<Substance>& substances, const std::vector<std::string>& texts)
+std::vector<COMPONENT> compositionOf(const Resolver& resolver, const std::vector<std::string>& texts)
 {
     std::vector<COMPONENT> composition;
     double sum = 0;
     for (const std::string& text : texts) {
-        const COMPONENT component = componentOf(substances, text);
+        const COMPONENT component = componentOf(resolver, text);
         if (std::ranges::count(composition, component.matterId, &COMPONENT::matterId) > 0) {
             throw Failure("\"{}\": this component is named twice", text);
         }
@@ -63,7 +63,8 @@ int runAddSubstance(const SubstanceOptions& options)
     const std::vector<PHASE> phases = phaseRecords(options.phases);
     const DatabaseLock lock(options.location.directory);
     Database database(options.location);
-    auto composition = compositionOf(database.substances(), options.components);
+    const Annotations annotations(options.location.directory);
+    auto composition = compositionOf(Resolver(database, annotations), options.components);
     MATTER record {};
     setName(record.name, options.name, "the name");
     setText(record.comment, options.comment, "the comment");

@@ -7,6 +7,7 @@ namespace tool {
 
 void addListCommand(CLI::App& app, Action& action);
 void addGetCommand(CLI::App& app, Action& action);
+void addFindCommand(CLI::App& app, Action& action);
 void addPlotCommand(CLI::App& app, Action& action);
 void addCheckCommand(CLI::App& app, Action& action);
 void addExportCommand(CLI::App& app, Action& action);

@@ -3,6 +3,7 @@
 #include "annotations/Annotations.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
+#include "commands/unitOptions.h"
 #include "output/Progress.h"
 #include "output/SqliteExporter.h"
 #include "output/TidyExporter.h"
@@ -17,6 +18,7 @@ struct ExportOptions {
     bool csv = false;
     bool jsonLines = false;
     bool json = false;
+    std::vector<std::string> units;
     std::string sqlite; ///< empty when not given
     std::string file; ///< empty for standard output
 };
@@ -34,7 +36,8 @@ std::unique_ptr<Exporter> makeExporter(const ExportOptions& options)
 class Export {
 public:
     explicit Export(const ExportOptions& options)
-        : database_(options.location)
+        : units_(options.units)
+        , database_(options.location)
         , annotations_(options.location.directory)
         , substances_(database_.substances())
         , exporter_(makeExporter(options))
@@ -52,6 +55,9 @@ public:
             }
         }
         exporter_->finish();
+        if (const std::string unused = units_.unused(); !unused.empty()) {
+            fmt::print(stderr, "qmdb: note: --units {} fits nothing in the database\n", unused);
+        }
         return whole_;
     }
 
@@ -71,10 +77,12 @@ private:
     void addValue(const Substance& substance, const Owner& owner, const Parameter& parameter)
     {
         try {
-            const Table table = database_.value(substance.id, owner, parameter.id);
-            const ParameterNotes notes = annotations_.parameter(substance.id, owner, parameter);
+            Table table = database_.value(substance.id, owner, parameter.id);
+            ParameterNotes notes = annotations_.parameter(substance.id, owner, parameter);
             warnOfMisreadings(annotations_, notes.dataFile, substance, owner, parameter);
-            exporter_->addValue({ substance, compositionText(substance, substances_), owner, parameter, table,
+            Parameter shown = parameter;
+            units_.chooseFitting(shown, notes).convert(table);
+            exporter_->addValue({ substance, compositionText(substance, substances_), owner, shown, table,
                 annotations_.substance(substance.id), notes, annotations_.comments(notes.dataFile) });
         } catch (const UnreadableValue& failure) {
             fmt::print(stderr, "qmdb: warning: {} of {} is left out: {}\n", parameter.name,
@@ -83,6 +91,7 @@ private:
         }
     }
 
+    UnitChoice units_;
     Database database_;
     Annotations annotations_;
     std::vector<Substance> substances_;
@@ -110,6 +119,7 @@ void addExportCommand(CLI::App& app, Action& action)
         = form->add_option("--sqlite", options->sqlite, "A new SQLite file with tables, keys and indexes");
     form->require_option(0, 1);
     sqlite->type_name("FILE")->check(notEmpty());
+    addUnitsOption(*command, options->units);
     command->add_option("-o,--output", options->file, "Write to this file, not to standard output")
         ->type_name("FILE")
         ->check(notEmpty())

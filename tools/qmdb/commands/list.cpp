@@ -4,9 +4,11 @@
 #include "commands/owners.h"
 #include "output/Output.h"
 #include "output/Progress.h"
+#include "output/listBrief.h"
 #include "output/listJson.h"
 #include "output/listTree.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace tool {
@@ -18,6 +20,7 @@ struct ListOptions {
     std::string substance;
     bool json = false;
     bool sources = false;
+    bool brief = false;
 };
 
 std::vector<Range> rangesOf(const Table& table)
@@ -35,12 +38,15 @@ std::vector<Range> rangesOf(const Table& table)
 struct Place {
     const Database& database;
     const Annotations& annotations;
+    bool withSources = false; ///< which stand in files of their own
 };
 
 ListedParameter listParameter(
     const Place& place, const Substance& substance, const Owner& owner, const Parameter& parameter)
 {
-    const ParameterNotes notes = place.annotations.parameter(substance.id, owner, parameter);
+    const ParameterNotes notes = place.withSources
+        ? place.annotations.parameter(substance.id, owner, parameter)
+        : place.annotations.describe(parameter);
     ListedParameter listed { parameter, notes, 0, {}, {} };
     try {
         const Table table = place.database.value(substance.id, owner, parameter.id);
@@ -64,6 +70,29 @@ ListedSubstance listSubstance(const Place& place, const Substance& substance)
     return listed;
 }
 
+BriefSubstance briefSubstance(const Place& place, const Substance& substance)
+{
+    BriefSubstance brief { substance, place.annotations.substance(substance.id), {}, 0 };
+    for (const Owner& owner : place.database.owners(substance.id)) {
+        if (owner.kind == Owner::Kind::Phase) {
+            brief.phases.push_back(owner);
+        }
+        brief.values += place.database.parameters(substance.id, owner).size();
+    }
+    return brief;
+}
+
+int runBrief(const ListOptions& options, const Place& place, const std::vector<Substance>& wanted)
+{
+    std::vector<BriefSubstance> listed;
+    std::ranges::transform(wanted, std::back_inserter(listed),
+        [&](const Substance& substance) { return briefSubstance(place, substance); });
+    Output output;
+    options.json ? output.print("{}\n", briefJson(listed)) : printBrief(output, listed);
+    output.finish();
+    return ExitDone;
+}
+
 bool isWhole(const ListedSubstance& substance)
 {
     return std::ranges::all_of(substance.owners, [](const ListedOwner& owner) {
@@ -81,11 +110,15 @@ int runList(const ListOptions& options)
     if (!options.substance.empty()) {
         wanted = { Resolver(database, annotations).substance(options.substance) };
     }
+    if (options.brief) {
+        return runBrief(options, { database, annotations }, wanted);
+    }
+    const Place place { database, annotations, options.json || options.sources };
     std::vector<ListedSubstance> listed;
     {
         Progress progress(wanted.size());
         for (const Substance& substance : wanted) {
-            listed.push_back(listSubstance({ database, annotations }, substance));
+            listed.push_back(listSubstance(place, substance));
             progress.step();
         }
     }
@@ -106,11 +139,22 @@ void addListCommand(CLI::App& app, Action& action)
     const auto options = std::make_shared<ListOptions>();
     CLI::App* command = addCommand(app, action, "list",
         "Show substances with their phases, phase changes and parameters", options, runList);
-    command->add_option("SUBSTANCE", options->substance, "Only this substance, by name or number")
+    command
+        ->add_option("SUBSTANCE", options->substance,
+            "Only this substance, by name, number, formula, alias or CAS number")
         ->check(notEmpty());
     auto* json = command->add_flag("--json", options->json, "As JSON");
-    command->add_flag("--sources", options->sources, "Where each value comes from, and how accurate it is")
-        ->excludes(json);
+    auto* sources = command->add_flag(
+        "--sources", options->sources, "Where each value comes from, and how accurate it is");
+    sources->excludes(json);
+    command
+        ->add_flag("--brief", options->brief,
+            "A line for each substance: number, name, formula, phases and how many values it has")
+        ->excludes(sources);
+    command->footer("Examples:\n"
+                    "  qmdb list materials --brief\n"
+                    "  qmdb list materials Water\n"
+                    "  qmdb list materials Zinc --sources");
 }
 
 } // namespace tool

@@ -122,7 +122,7 @@ Parameter Resolver::parameter(const Substance& substance, const Owner& owner, st
     try {
         const std::string kind = fmt::format("parameter of {}", ownerText(substance, owner));
         return parameter(database_.parameters(substance.id, owner), wanted, kind);
-    } catch (const UnknownName& failure) {
+    } catch (const Failure& failure) {
         const auto options = optionsElsewhere(substance, owner, wanted);
         throw UnknownName("{}{}{}", failure.what(),
             options.empty() ? "" : "\nthere is such a parameter with ", fmt::join(options, ", "));
@@ -133,15 +133,23 @@ Parameter Resolver::parameter(const Substance& substance, const Owner& owner, st
 std::vector<std::string> Resolver::optionsElsewhere(
     const Substance& substance, const Owner& here, std::string_view wanted) const
 {
+    const auto has = [&](const Owner& owner) {
+        try {
+            parameter(database_.parameters(substance.id, owner), wanted, "parameter");
+            return true;
+        } catch (const UnknownName&) {
+            return false;
+        } catch (const Failure&) { // several
+            return true;
+        }
+    };
     std::vector<std::string> options;
     for (const Owner& owner : database_.owners(substance.id)) {
         if (owner.kind == here.kind && owner.id == here.id) {
             continue;
         }
-        try {
-            parameter(database_.parameters(substance.id, owner), wanted, "parameter");
+        if (has(owner)) {
             options.push_back(optionText(owner));
-        } catch (const UnknownName&) { // this one has none
         }
     }
     return options;

@@ -3,6 +3,7 @@
 #include "annotations/Annotations.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
+#include "commands/unitOptions.h"
 #include "common/characters.h"
 #include "output/gnuplot.h"
 
@@ -19,6 +20,7 @@ struct PlotOptions {
     Location location;
     std::vector<std::string> names; ///< substances, and last the parameter
     OwnerOptions owner;
+    std::vector<std::string> units;
     std::string file;
 };
 
@@ -36,17 +38,20 @@ std::vector<Drawn> readValues(const Database& database, const PlotOptions& optio
 {
     const Annotations annotations(options.location.directory);
     const Resolver resolver(database, annotations);
+    const UnitChoice units(options.units);
     std::vector<Drawn> values;
     for (auto name = options.names.begin(); name + 1 != options.names.end(); ++name) {
         const auto [substance, owners] = resolver.material(*name, options.owner);
         for (const Owner& owner : owners) {
-            const Parameter parameter = resolver.parameter(substance, owner, options.names.back());
-            const ParameterNotes notes = annotations.parameter(substance.id, owner, parameter);
+            Parameter parameter = resolver.parameter(substance, owner, options.names.back());
+            ParameterNotes notes = annotations.parameter(substance.id, owner, parameter);
             warnOfMisreadings(annotations, notes.dataFile, substance, owner, parameter);
-            values.push_back(
-                { substance, owner, parameter, database.value(substance.id, owner, parameter.id), notes });
+            Table table = database.value(substance.id, owner, parameter.id);
+            units.choose(parameter, notes).convert(table);
+            values.push_back({ substance, owner, parameter, table, notes });
         }
     }
+    units.requireUsed();
     return values;
 }
 
@@ -195,6 +200,7 @@ void addPlotCommand(CLI::App& app, Action& action)
         ->required()
         ->expected(-2); // two or more
     addOwnerOptions(*command, options->owner);
+    addUnitsOption(*command, options->units);
     command
         ->add_option("-o,--output", options->file,
             "Picture file with the extension .svg, .png or .pdf; without it the terminal")

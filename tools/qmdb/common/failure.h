@@ -44,6 +44,12 @@ public:
     using Failure::Failure;
 };
 
+/// Something cannot be shown in the units that the user wants.
+class WrongUnits : public Failure {
+public:
+    using Failure::Failure;
+};
+
 /// A value that cannot be read; the rest of the database can.
 class UnreadableValue : public Failure {
 public:

@@ -15,4 +15,8 @@ std::optional<double> asFiniteNumber(std::string_view text);
 /// A number in the shortest form that reads back as the same number; "nan" whatever its sign is.
 std::string numberText(double number);
 
+/// A computed number rounded to 15 significant digits of `magnitude`, the largest number that went into it:
+/// what is behind them comes from binary arithmetic.
+double roundedTo(double number, double magnitude);
+
 } // namespace tool

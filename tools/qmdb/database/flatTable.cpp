@@ -40,6 +40,9 @@ void appendTable2D(Table& table, const Value& value)
 {
     table.arguments = 2;
     for (const auto& subtable : spanOf(value.subtables, value.count)) {
+        if (subtable.count > 0) {
+            table.subtables.push_back(table.points.size());
+        }
         for (const auto& row : spanOf(subtable.rows, subtable.count)) {
             table.points.push_back({ { subtable.firstArg, row.x }, componentsOf(row) });
         }

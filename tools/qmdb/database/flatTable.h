@@ -20,6 +20,7 @@ struct Table {
     std::size_t arguments = 0; ///< how many of a point's arguments count: 0, 1 or 2
     std::size_t components = 1; ///< how many of a point's components count: 1 or 3
     std::vector<Point> points;
+    std::vector<std::size_t> subtables {}; ///< of two arguments, as read: the first point of each
 };
 
 Table flatten(const IDbData& value);

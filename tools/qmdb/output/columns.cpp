@@ -9,6 +9,11 @@ namespace tool {
 
 namespace {
 
+bool isPlain(char byte)
+{
+    return byte >= ' ' && byte <= '~';
+}
+
 std::string blanks(std::string_view utf8, std::size_t width)
 {
     const std::size_t taken = displayWidth(utf8);
@@ -19,6 +24,9 @@ std::string blanks(std::string_view utf8, std::size_t width)
 
 std::size_t displayWidth(std::string_view utf8)
 {
+    if (std::ranges::all_of(utf8, isPlain)) { // nearly all texts, and lists have very many
+        return utf8.size();
+    }
     std::size_t width = 0;
     for (const wchar_t character : toWide(utf8)) {
         width += static_cast<std::size_t>(std::max(0, wcwidth(character)));

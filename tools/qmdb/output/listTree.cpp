@@ -114,7 +114,7 @@ std::array<std::size_t, 6> widthsOf(const std::vector<std::vector<Line>>& trees)
     for (const auto& lines : trees) {
         for (const Line& line : lines) {
             if (!line.columns.empty()) {
-                widths[0] = std::max(widths[0], displayWidth(line.branch + line.text));
+                widths[0] = std::max(widths[0], displayWidth(line.branch) + displayWidth(line.text));
             }
             for (std::size_t i = 0; i < line.columns.size(); ++i) {
                 widths[i + 1] = std::max(widths[i + 1], displayWidth(line.columns[i]));

@@ -2,17 +2,13 @@
 
 #include "annotations/Annotations.h"
 #include "database/Database.h"
+#include "database/interpolation.h"
 #include "output/Output.h"
 
 #include <string>
 #include <vector>
 
 namespace tool {
-
-struct Range {
-    double least = 0;
-    double most = 0;
-};
 
 struct ListedParameter {
     Parameter parameter;

@@ -1,6 +1,7 @@
 #include "output/valueTable.h"
 
 #include "common/characters.h"
+#include "common/failure.h"
 #include "common/numbers.h"
 #include "output/columns.h"
 
@@ -18,14 +19,14 @@ std::string columnName(const Parameter& parameter, std::size_t components, std::
         parameter.units.empty() ? "" : ", ", parameter.units);
 }
 
-std::vector<std::string> headOf(const Parameter& parameter, const ParameterNotes& notes, const Table& table)
+std::vector<std::string> headOf(const ShownValue& value)
 {
     std::vector<std::string> head;
-    for (const ArgumentNotes& argument : notes.arguments) {
+    for (const ArgumentNotes& argument : value.notes.arguments) {
         head.push_back(printable(argument.label()));
     }
-    for (std::size_t i = 0; i < table.components; ++i) {
-        head.push_back(columnName(parameter, table.components, i));
+    for (std::size_t i = 0; i < value.table.components; ++i) {
+        head.push_back(columnName(value.parameter, value.table.components, i));
     }
     return head;
 }
@@ -48,12 +49,6 @@ void printRow(Output& output, const std::vector<std::string>& cells, const std::
     output.write("\n");
 }
 
-void printConstant(Output& output, const Parameter& parameter, const Table& table)
-{
-    const std::string number = fmt::format("{}", fmt::join(cellsOf(table, table.points.front()), " "));
-    output.print("{}{}{}\n", number, parameter.units.empty() ? "" : " ", parameter.units);
-}
-
 } // namespace
 
 std::string csvField(std::string_view text)
@@ -68,16 +63,23 @@ std::string csvField(std::string_view text)
     return field + "\"";
 }
 
-void printAligned(Output& output, std::string_view owner, const Parameter& parameter,
-    const ParameterNotes& notes, const Table& table)
+void printConstant(Output& output, const ShownValue& value)
 {
-    if (table.arguments == 0) {
-        printConstant(output, parameter, table);
+    const std::string& units = value.parameter.units;
+    output.print("{}{}{}\n", fmt::join(cellsOf(value.table, value.table.points.front()), " "),
+        units.empty() ? "" : " ", units);
+}
+
+void printAligned(Output& output, const ShownValue& value)
+{
+    output.print("{}{}", value.title, value.table.arguments == 0 ? ": " : "\n");
+    if (value.table.arguments == 0) {
+        printConstant(output, value);
         return;
     }
-    std::vector<std::vector<std::string>> rows { headOf(parameter, notes, table) };
-    for (const Point& point : table.points) {
-        rows.push_back(cellsOf(table, point));
+    std::vector<std::vector<std::string>> rows { headOf(value) };
+    for (const Point& point : value.table.points) {
+        rows.push_back(cellsOf(value.table, point));
     }
     std::vector<std::size_t> widths(rows.front().size());
     for (const auto& row : rows) {
@@ -85,19 +87,28 @@ void printAligned(Output& output, std::string_view owner, const Parameter& param
             widths[i] = std::max(widths[i], displayWidth(row[i]));
         }
     }
-    output.print("{}\n", owner);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         printRow(output, rows[i], widths, i == 0 ? fmt::text_style(fmt::emphasis::bold) : fmt::text_style());
     }
 }
 
-void printCsv(Output& output, const Parameter& parameter, const ParameterNotes& notes, const Table& table)
+void printCsv(Output& output, std::span<const ShownValue> values)
 {
-    std::vector<std::string> head = headOf(parameter, notes, table);
+    const bool several = values.size() > 1;
+    std::vector<std::string> head = headOf(values.front());
+    for (const ShownValue& value : values) {
+        if (headOf(value) != head) {
+            throw Failure("{} and {} have different columns: ask for one at a time, or for --json",
+                values.front().title, value.title);
+        }
+    }
     std::ranges::transform(head, head.begin(), csvField);
-    output.print("{}\n", fmt::join(head, ","));
-    for (const Point& point : table.points) {
-        output.print("{}\n", fmt::join(cellsOf(table, point), ","));
+    output.print("{}{}\n", several ? "material," : "", fmt::join(head, ","));
+    for (const ShownValue& value : values) {
+        const std::string begin = several ? csvField(value.title) + "," : "";
+        for (const Point& point : value.table.points) {
+            output.print("{}{}\n", begin, fmt::join(cellsOf(value.table, point), ","));
+        }
     }
 }
 

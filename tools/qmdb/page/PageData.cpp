@@ -49,7 +49,7 @@ Json quantitiesJson()
     Json all = Json::array();
     for (const Quantity& quantity : quantities()) {
         Json choices = Json::array();
-        for (const UnitChoice& choice : quantity.choices) {
+        for (const OfferedUnit& choice : quantity.choices) {
             choices.push_back(choice.label);
         }
         all.push_back({ { "name", quantity.name }, { "choices", choices } });

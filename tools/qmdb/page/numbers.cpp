@@ -21,19 +21,18 @@ std::vector<double> plainNumbers(const Table& table)
     return numbers;
 }
 
-/// Rows of subtables. Those that follow each other with the same first argument count as one subtable.
 std::vector<double> subtableNumbers(const Table& table)
 {
     std::vector<double> numbers;
-    std::size_t count = 0; // where the number of the current subtable's rows stands
-    for (const Point& point : table.points) {
-        if (numbers.empty() || numbers[count - 1] != point.arguments[0]) {
-            numbers.insert(numbers.end(), { point.arguments[0], 0 });
-            count = numbers.size() - 1;
+    for (std::size_t i = 0; i < table.subtables.size(); ++i) {
+        const std::size_t begin = table.subtables[i];
+        const std::size_t end = i + 1 < table.subtables.size() ? table.subtables[i + 1] : table.points.size();
+        numbers.push_back(table.points[begin].arguments[0]);
+        numbers.push_back(static_cast<double>(end - begin));
+        for (std::size_t row = begin; row < end; ++row) {
+            const std::vector<double> all = numbersOf(table, table.points[row]);
+            numbers.insert(numbers.end(), all.begin() + 1, all.end());
         }
-        ++numbers[count];
-        const std::vector<double> row = numbersOf(table, point);
-        numbers.insert(numbers.end(), row.begin() + 1, row.end());
     }
     return numbers;
 }

@@ -16,7 +16,7 @@ namespace tool {
 using PageText = std::array<std::string_view, 2>;
 
 /// A unit that a reader may choose.
-struct UnitChoice {
+struct OfferedUnit {
     std::string_view units; ///< as UDUNITS takes them
     PageText label;
 };
@@ -24,7 +24,7 @@ struct UnitChoice {
 /// What is measured in the same units: pressures, and stresses with them.
 struct Quantity {
     PageText name;
-    std::span<const UnitChoice> choices;
+    std::span<const OfferedUnit> choices;
 };
 
 std::span<const Quantity> quantities();

@@ -2,6 +2,7 @@
 
 #include "common/characters.h"
 #include "common/failure.h"
+#include "common/numbers.h"
 #include "units/spelling.h"
 
 #include <algorithm>
@@ -64,8 +65,6 @@ Unit parseOrFail(std::string_view units)
     return unit;
 }
 
-constexpr int reliableDigits = 15; ///< decimal digits that every double keeps
-
 /// The number with few digits that a computed one stands for: 1.8 for 1.7999999999999998.
 double plain(double computed)
 {
@@ -101,16 +100,6 @@ std::optional<Conversion> between(const Unit& from, const Unit& to)
 
 } // namespace
 
-double roundedTo(double number, double magnitude)
-{
-    if (number == 0 || !std::isfinite(number) || !std::isfinite(magnitude)) {
-        return number;
-    }
-    const auto exponent = [](double of) { return static_cast<int>(std::floor(std::log10(std::abs(of)))); };
-    const int digits = reliableDigits - 1 - std::max(0, exponent(magnitude) - exponent(number));
-    return digits < 0 ? 0 : std::strtod(fmt::format("{:.{}e}", number, digits).c_str(), nullptr);
-}
-
 double Conversion::operator()(double number) const
 {
     if (factor == 1 && offset == 0) {
@@ -135,6 +124,11 @@ std::optional<Conversion> findConversion(std::string_view from, std::string_view
     return first && second ? between(first, second) : std::nullopt;
 }
 
+void requireUnit(std::string_view units)
+{
+    parseOrFail(units);
+}
+
 Conversion conversion(std::string_view from, std::string_view to)
 {
     const Unit second = parseOrFail(to);
@@ -143,7 +137,7 @@ Conversion conversion(std::string_view from, std::string_view to)
         return *found;
     }
     const bool letter = to == "C" || to == "F"; // coulomb and farad
-    throw Failure("{} cannot be converted to {}: they do not measure the same{}", shown(from), shown(to),
+    throw WrongUnits("{} cannot be converted to {}: they do not measure the same{}", shown(from), shown(to),
         letter ? fmt::format("; degrees are \"deg{}\"", to) : "");
 }
 

@@ -17,13 +17,13 @@ struct Conversion {
 };
 
 /// The conversion between units as databases and people write them: "W/(m·K)", "Вт/(м·К)", "g/cm3", "degC".
-/// Throws Failure when one of them is none, or they do not measure the same.
+/// Throws WrongUnits when one of them is none, or they do not measure the same.
 Conversion conversion(std::string_view from, std::string_view to);
 
-/// The same; nothing instead of a Failure.
+/// The same; nothing instead of throwing.
 std::optional<Conversion> findConversion(std::string_view from, std::string_view to);
 
-/// A number rounded to 15 significant digits of a larger one.
-double roundedTo(double number, double magnitude);
+/// Throws WrongUnits unless it is a unit.
+void requireUnit(std::string_view units);
 
 } // namespace tool

@@ -133,6 +133,7 @@ function chartSettings({ curves, xLabel, yLabel, logX, logY }, own, box) {
         axes: [axisOf(xLabel, 2), axisOf(yLabel, 3)],
         series: [{ label: xLabel, value: (chart, number) => (number === null ? "–" : hoverText(number)) },
             ...curves.map((curve, index) => seriesOf(curve, own[index]))],
+        legend: { markers: { dash: (chart, index) => (curves[index - 1]?.dash ? "dotted" : "solid") } },
         cursor: { drag: { x: true, y: false, setScale: true } },
     };
 }

@@ -24,9 +24,9 @@ function formulaElement(formula) {
     return element("span", { class: "formula" }, parts.map((part, index) => (index % 2 ? element("sub", {}, part) : part)));
 }
 
-/** A number that keeps all its digits for whoever reads the page by program. */
+/** A number that can be copied into other programs. */
 function numberElement(number) {
-    return element("data", { value: String(number) }, numberText(number));
+    return element("data", { value: String(number) }, plainText(number));
 }
 
 /** A choice with its label; the label may be for screen readers only. */

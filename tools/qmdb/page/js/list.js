@@ -52,6 +52,13 @@ function showList() {
     showMatches();
 }
 
+/** Lists the materials that have a parameter. */
+function filterBy(parameter) {
+    filters.parameter = parameter.id;
+    showList();
+    listParts.search.focus();
+}
+
 function markCurrent(substance) {
     listParts.list.querySelectorAll("[aria-current]").forEach((link) => link.removeAttribute("aria-current"));
     const link = substance && listed.get(substance)?.firstChild;

@@ -5,7 +5,29 @@ function startElements() {
     return [element("h2", { tabindex: -1 }, model.name || say("materials")),
         element("p", {}, say("overview", model.substances.length, values)),
         element("p", {}, say("choose")), element("p", { class: "faint" }, say("keys")),
+        element("section", {}, element("h3", {}, say("properties")), propertiesElement()),
         element("p", { class: "faint" }, say("made", model.version))];
+}
+
+/** How many materials have each parameter. */
+function parameterCounts() {
+    const counts = new Map();
+    for (const { owners } of model.substances) {
+        const all = new Set(owners.flatMap((owner) => owner.values.map((value) => value.parameter)));
+        all.forEach((parameter) => counts.set(parameter, (counts.get(parameter) ?? 0) + 1));
+    }
+    return counts;
+}
+
+/** All parameters with the number of their materials, which a click lists. */
+function propertiesElement() {
+    const rows = [...parameterCounts()].map(([parameter, count]) => element("tr", {},
+        element("th", { scope: "row" }, parameterElements(parameter)),
+        element("td", {}, shownUnits(parameter.units).label),
+        element("td", { class: "number" }, element("button", { type: "button", onclick: () => filterBy(parameter),
+            "aria-label": `${nameOf(parameter)}: ${say("materialsWith")} ${count}` }, String(count)))));
+    return element("div", { class: "wide" }, tableElement(say("properties"),
+        ["property", "units", "materialsWith"].map((key) => say(key)), rows, { class: "properties" }));
 }
 
 function unknownElements(text) {

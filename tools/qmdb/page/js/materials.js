@@ -63,21 +63,22 @@ function pinButton(value) {
 
 const noted = (index) => (index === undefined ? "" : model.texts[index]);
 
-function constantRow(value) {
+function constantRow(value, noteKeys) {
     const units = shownUnits(value.parameter.units);
     return element("tr", { id: elementId(value) },
         element("th", { scope: "row" }, parameterElements(value.parameter)),
         element("td", { class: "number" }, componentElements(constantOf(value).map(units.convert), "")),
-        element("td", {}, units.label), element("td", {}, noted(value.accuracy)),
-        element("td", { class: "source" }, noted(value.source)), element("td", { class: "pin" }, pinButton(value)));
+        element("td", {}, units.label), noteKeys.map((key) => element("td", { class: key }, noted(value[key]))),
+        element("td", { class: "pin" }, pinButton(value)));
 }
 
-/** The constants of an owner; columns that none of them needs are left out by the style sheet. */
+/** The constants of an owner, with columns for those notes that one of them has. */
 function constantsElement(owner, constants) {
-    const heads = ["property", "value", "units", "accuracy", "source"].map((key) => say(key));
+    const noteKeys = ["accuracy", "source"].filter((key) => constants.some((value) => value[key] !== undefined));
+    const heads = ["property", "value", "units", ...noteKeys].map((key) => say(key));
     const unseen = element("span", { class: "unseen" }, say("compare"));
     return element("div", { class: "wide" }, tableElement(say("constantsOf", ownerText(owner)), [...heads, unseen],
-        constants.map(constantRow), { class: "constants" }));
+        constants.map((value) => constantRow(value, noteKeys)), { class: "constants" }));
 }
 
 function elementId(value) {

@@ -2,15 +2,23 @@
 
 const superscripts = { "-": "⁻", 0: "⁰", 1: "¹", 2: "²", 3: "³", 4: "⁴", 5: "⁵", 6: "⁶", 7: "⁷", 8: "⁸", 9: "⁹" };
 
-/** The shortest text that is this number; very large and small ones with a power of ten. */
+const isPlain = (size) => !Number.isFinite(size) || size === 0 || (size >= 1e-4 && size < 1e10);
+
+/** The shortest text that is this number, as other programs read it. */
+function plainText(number) {
+    return isPlain(Math.abs(number)) ? String(number) : number.toExponential().replace("+", "");
+}
+
+/** The same as people read it: digits in groups, powers of ten. */
 function numberText(number) {
-    const size = Math.abs(number);
-    if (!Number.isFinite(number) || number === 0 || (size >= 1e-4 && size < 1e7)) {
-        return String(number).replace("-", "−");
+    if (isPlain(Math.abs(number))) {
+        const [whole, fraction] = String(number).replace("-", "−").split(".");
+        const grouped = /\d{5}/.test(whole) ? whole.replace(/\B(?=(\d{3})+$)/g, "\u202f") : whole;
+        return fraction ? `${grouped}.${fraction}` : grouped;
     }
     const [mantissa, exponent] = number.toExponential().split("e");
     const raised = [...exponent.replace("+", "")].map((digit) => superscripts[digit]).join("");
-    return `${mantissa.replace("-", "−")}×10${raised}`;
+    return `${mantissa === "1" ? "" : `${mantissa.replace("-", "−")}×`}10${raised}`;
 }
 
 /** A number of an axis, without what binary arithmetic adds. */

@@ -3,7 +3,7 @@
 /** A field for an argument, with its units and its range. */
 function pointField(argument, range, oninput) {
     const hint = range ? range.map((number) => numberText(argument.units.convert(number))).join(" … ") : "";
-    const input = element("input", { type: "text", inputmode: "decimal", size: 10, placeholder: hint, oninput,
+    const input = element("input", { type: "text", inputmode: "decimal", size: Math.max(9, hint.length), placeholder: hint, oninput,
         autocomplete: "off" });
     const label = element("label", {}, `${argument.symbol} = `, input, argument.units.label ? ` ${argument.units.label}` : "");
     return { input, label, argument };
@@ -12,10 +12,13 @@ function pointField(argument, range, oninput) {
 /** Why there is no value, in the units that are shown. */
 function refusalText(refusal, shownArguments) {
     const { symbol, units } = shownArguments[refusal.argument];
-    const shown = (number) => `${numberText(units.convert(number))}${units.label ? ` ${units.label}` : ""}`;
-    return refusal.reason === "outside"
-        ? say("outside", symbol, shown(refusal.at), shown(refusal.range[0]), shown(refusal.range[1]))
-        : say(refusal.reason, symbol);
+    const shown = (number, of = units) => `${numberText(of.convert(number))}${of.label ? ` ${of.label}` : ""}`;
+    if (refusal.reason !== "outside") {
+        return say(refusal.reason, symbol);
+    }
+    const where = refusal.first === undefined ? ""
+        : ` (${shownArguments[0].symbol} = ${shown(refusal.first, shownArguments[0].units)})`;
+    return say("outside", symbol, shown(refusal.at), shown(refusal.range[0]), shown(refusal.range[1])) + where;
 }
 
 /** The value at a point in the database's units: elements of its numbers, or of the refusal. */

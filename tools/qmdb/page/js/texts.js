@@ -7,7 +7,7 @@ let language = 0;
 const phrases = {
     materials: ["Materials", "Материалы"],
     search: ["Search materials", "Поиск материалов"],
-    searchHint: ["Name, formula, alias, CAS, symbol", "Название, формула, синоним, CAS, символ"],
+    searchHint: ["Name, formula, CAS, symbol", "Название, формула, CAS, символ"],
     anyState: ["Any state", "Любое состояние"],
     anyProperty: ["Any property", "Любое свойство"],
     stateFilter: ["State", "Состояние"],
@@ -82,6 +82,8 @@ const phrases = {
     temperature: ["temperature", "температура"],
     pressure: ["pressure", "давление"],
     argument: ["argument", "аргумент"],
+    properties: ["Properties", "Свойства"],
+    materialsWith: ["Materials with it", "Материалов с ним"],
     material: ["Material", "Материал"],
 };
 
