@@ -48,6 +48,16 @@ std::vector<Translated<Thing>> paired(
     return all;
 }
 
+/// A message as readers elsewhere may see it: paths begin in the database's directory.
+std::string withoutDirectory(std::string message, const std::string& directory)
+{
+    const std::string prefix = directory + (directory.ends_with('/') ? "" : "/");
+    for (std::size_t at = 0; (at = message.find(prefix, at)) != std::string::npos;) {
+        message.erase(at, prefix.size());
+    }
+    return message;
+}
+
 using NameAndMore = std::pair<std::string, std::string>;
 
 /// Collects a database for a page, substance by substance.
@@ -106,8 +116,8 @@ private:
         } catch (const UnreadableValue& failure) {
             fmt::print(stderr, "qmdb: warning: {} of {} is left out: {}\n", parameter.thing.name,
                 ownerText(substance, owner), failure.what());
-            data_.addUnreadable(
-                parameter, annotations_.description(parameter.thing.id).symbol, failure.what());
+            data_.addUnreadable(parameter, annotations_.description(parameter.thing.id).symbol,
+                withoutDirectory(failure.what(), annotations_.directory()));
             whole_ = false;
         }
     }

@@ -25,28 +25,12 @@ function orderedColour(index, count) {
 
 const dashes = [undefined, [9, 5], [2, 4], [9, 4, 2, 4]];
 
-/** How often each number stands in a list. */
-function countsOf(numbers) {
-    const counts = new Map();
-    for (const number of numbers) {
-        counts.set(number, (counts.get(number) ?? 0) + 1);
-    }
-    return counts;
-}
-
-/** All numbers of some lists in ascending order, each as often as in the list that has it most often. */
+/** All numbers of some lists once, in ascending order. */
 function mergedNumbers(lists) {
-    const most = new Map();
-    for (const list of lists) {
-        for (const [number, count] of countsOf(list)) {
-            most.set(number, Math.max(count, most.get(number) ?? 0));
-        }
-    }
-    const sorted = Float64Array.from(most.keys()).sort();
-    return [...sorted].flatMap((number) => Array(most.get(number)).fill(number));
+    return [...Float64Array.from(new Set(lists.flat())).sort()];
 }
 
-/** A rising curve at all x: between its own points as interpolation gives it, nothing outside. */
+/** A curve at all x: between its own points as interpolation gives it, nothing outside. */
 function filledColumn({ x, y }, all) {
     let at = 0;
     return all.map((wanted) => {
@@ -58,13 +42,6 @@ function filledColumn({ x, y }, all) {
         }
         return x[at] === wanted ? y[at] : y[at] + (y[at + 1] - y[at]) * ((wanted - x[at]) / (x[at + 1] - x[at]));
     });
-}
-
-/** Points in any order at their x, further ones with the same x beside each other. */
-function scatteredColumn({ x, y }, all) {
-    const waiting = new Map();
-    x.forEach((number, index) => waiting.set(number, [...(waiting.get(number) ?? []), y[index]]));
-    return all.map((wanted) => waiting.get(wanted)?.shift() ?? null);
 }
 
 function finitePoints(curve, isShownX) {
@@ -79,8 +56,7 @@ function alignedCurves(curves, logX, logY) {
     const tables = curves.map((curve) => (curve.level ? curve : finitePoints(curve, isShownX)));
     const x = mergedNumbers(tables.filter((curve) => !curve.level).map((curve) => curve.x));
     const columns = tables.map((curve) => {
-        const fill = isAscending(curve.x) ? filledColumn : scatteredColumn;
-        const column = curve.level ? x.map(() => curve.y[0]) : fill(curve, x);
+        const column = curve.level ? x.map(() => curve.y[0]) : filledColumn(curve, x);
         return column.map((y) => (isShownY(y) ? y : null));
     });
     return { data: [x, ...columns], own: tables.map((curve, index) => ownPlaces(curve, x, columns[index])) };
@@ -88,16 +64,14 @@ function alignedCurves(curves, logX, logY) {
 
 function ownPlaces(curve, x, column) {
     const own = new Set(curve.level ? [] : curve.x);
-    return own.size > mostMarkers && isAscending(curve.x)
+    return own.size > mostMarkers
         ? []
         : x.map((number, index) => index).filter((index) => own.has(x[index]) && column[index] !== null);
 }
 
 function seriesOf(curve, own) {
-    const isLine = curve.level || isAscending(curve.x);
     return {
-        label: curve.label, stroke: curve.colour, dash: curve.dash, width: curve.level ? 1.5 : 2, spanGaps: true,
-        ...(isLine ? {} : { paths: () => null }),
+        label: curve.label, stroke: curve.colour, dash: curve.dash, width: curve.level ? 1.5 : 2,
         points: { show: own.length > 0, size: 6, filter: () => own, fill: curve.colour },
         value: (chart, number) => (number === null || number === undefined ? "–" : hoverText(number)),
     };
@@ -181,9 +155,6 @@ function chartElement(makeDescription) {
             live = drawChart(box, description);
         };
         whole.prepend(chartButtons(description, redraw, () => live.resetZoom()));
-        if (description.curves.some((curve) => !curve.level && !isAscending(curve.x))) {
-            whole.append(element("p", { class: "notice" }, say("unordered")));
-        }
     };
     pendingCharts.set(whole, draw);
     viewObserver.observe(whole);

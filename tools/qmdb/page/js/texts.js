@@ -64,8 +64,6 @@ const phrases = {
     logarithmic: ["logarithmic axis of {0}", "логарифмическая ось: {0}"],
     resetZoom: ["Whole range", "Весь диапазон"],
     zoomHint: ["Drag to zoom", "Потяните, чтобы увеличить"],
-    unordered: ["The arguments are not in ascending order: points are drawn without a line.",
-        "Аргументы не по возрастанию: точки нарисованы без линии."],
     atPoint: ["Value at a point", "Значение в точке"],
     notNumber: ["“{0}” is not a number", "«{0}» — не число"],
     outside: ["Refused: {0} = {1} is outside the range {2} to {3}",
