@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <functional>
+#include <string>
 
 namespace tool {
 
@@ -44,15 +45,17 @@ Json componentsJson(const std::vector<COMPONENT>& composition)
     return components;
 }
 
-Json quantitiesJson()
+/// By their places, those that are wanted.
+Json quantitiesJson(const std::set<std::size_t>& places)
 {
-    Json all = Json::array();
-    for (const Quantity& quantity : quantities()) {
+    Json all = Json::object();
+    for (const std::size_t place : places) {
+        const Quantity& quantity = quantities()[place];
         Json choices = Json::array();
         for (const OfferedUnit& choice : quantity.choices) {
             choices.push_back(choice.label);
         }
-        all.push_back({ { "name", quantity.name }, { "choices", choices } });
+        all[std::to_string(place)] = { { "name", quantity.name }, { "choices", choices } };
     }
     return all;
 }
@@ -90,6 +93,7 @@ std::size_t PageData::unitsPlace(const Texts& units)
         Json json { { "text", textsJson(units) } };
         if (const auto chosen = chosenUnits(units[0])) {
             json["quantity"] = chosen->quantity;
+            usedQuantities_.insert(chosen->quantity);
             json["to"] = conversionsJson(*chosen);
         }
         place->second = units_.add(json);
@@ -240,7 +244,7 @@ std::string PageData::text(const std::string& name, const std::string& language)
 {
     std::string text = fmt::format(
         "{{\"name\":{},\"language\":\"{}\",\"version\":\"{}\"", dump(name), language, QMDB_VERSION);
-    append(text, "quantities", quantitiesJson());
+    append(text, "quantities", quantitiesJson(usedQuantities_));
     append(text, "units", units_.all());
     append(text, "parameters", parameters_.all());
     append(text, "arguments", arguments_.all());

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -83,6 +84,7 @@ private:
     std::vector<Material> materials_;
     Pool units_, parameters_, arguments_, texts_;
     std::map<Texts, std::size_t> unitsPlaces_;
+    std::set<std::size_t> usedQuantities_;
 };
 
 } // namespace tool

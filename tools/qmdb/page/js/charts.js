@@ -6,6 +6,7 @@
 const liveCharts = new Set();
 const pendingCharts = new Map(); // elements whose chart is made when they come into view
 
+const distinctColours = 8; // that the style sheet has
 const mostMarkers = 80; // of a curve; more would hide it
 
 function themeColour(name) {
@@ -14,7 +15,7 @@ function themeColour(name) {
 
 /** Colours that differ: curves of a comparison. */
 function distinctColour(index) {
-    return () => themeColour(`curve${index % 8}`);
+    return () => themeColour(`curve${index % distinctColours}`);
 }
 
 /** Colours in an order: curves over rising first arguments, from blue to red. */
@@ -100,11 +101,20 @@ function scaleOf(isLogarithmic) {
     return { time: false, distr: isLogarithmic ? 3 : 1 };
 }
 
-function chartSettings({ curves, xLabel, yLabel, logX, logY }, own, box) {
+/** The label of the upright axis: a short one where the other does not fit. */
+function uprightLabel({ yLabel, yShort }, height) {
+    const roomAround = 70;
+    const characterWidth = 7.2;
+    return yLabel.length * characterWidth > height - roomAround ? yShort : yLabel;
+}
+
+function chartSettings(description, own, box) {
+    const { curves, xLabel, logX, logY } = description;
+    const size = chartSize(box);
     return {
-        ...chartSize(box),
+        ...size,
         scales: { x: scaleOf(logX), y: scaleOf(logY) },
-        axes: [axisOf(xLabel, 2), axisOf(yLabel, 3)],
+        axes: [axisOf(xLabel, 2), axisOf(uprightLabel(description, size.height), 3)],
         series: [{ label: xLabel, value: (chart, number) => (number === null ? "–" : hoverText(number)) },
             ...curves.map((curve, index) => seriesOf(curve, own[index]))],
         legend: { markers: { dash: (chart, index) => (curves[index - 1]?.dash ? "dotted" : "solid") } },

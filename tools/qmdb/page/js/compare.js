@@ -41,8 +41,7 @@ function comparisonChart(group) {
     const { name, units } = argumentOf(group.values[0], -1);
     return {
         curves: comparedCurves(group.values, (value) => onAxisOf(group, value)),
-        xLabel: withUnits(name, units.label),
-        yLabel: withUnits(nameOf(group.parameter), shownUnits(group.parameter.units).label),
+        xLabel: withUnits(name, units.label), ...valueLabels(group.parameter),
     };
 }
 
@@ -63,6 +62,13 @@ function ownPoint(value, point, shown) {
     });
 }
 
+/** The colour of a value's curves. */
+function swatch(place) {
+    const mark = element("span", { class: "swatch", "aria-hidden": "true" });
+    mark.style.background = `var(--curve${place % distinctColours})`;
+    return mark;
+}
+
 function comparedRow(value, group) {
     const cell = element("td", { class: "at-point" });
     const showAt = (point, shown) => {
@@ -70,8 +76,8 @@ function comparedRow(value, group) {
         cell.replaceChildren(...valueElements(value, ownPoint(value, point, shown), own));
     };
     const row = element("tr", {},
-        element("th", { scope: "row" }, linkTo(valuePlace(value), ownerText(value.owner))),
-        element("td", {}, isTable(value) ? extentText(value) : say("constant")), cell,
+        element("th", { scope: "row" }, swatch(group.values.indexOf(value)), linkTo(valuePlace(value), ownerText(value.owner))),
+        element("td", { class: "extent-cell" }, isTable(value) ? extentText(value) : say("constant")), cell,
         element("td", { class: "pin" }, element("button", { type: "button", "aria-label": say("unpinThis", ownerText(value.owner)),
             onclick: () => (setPinned(value, false), openComparison(true)) }, say("unpin"))));
     if (!isTable(value)) {
@@ -99,8 +105,8 @@ function groupElement(group) {
     const heads = ["material", "extent", "value"].map((key) => say(key));
     return element("section", { class: "card" }, element("h3", {}, parameterElements(group.parameter)),
         isTable(group.values[0]) && chartElement(() => comparisonChart(group)), comparedPoint(group, rows),
-        element("div", { class: "wide" }, tableElement(nameOf(group.parameter), [...heads,
-            element("span", { class: "unseen" }, say("unpin"))], rows.map(({ row }) => row), { class: "compared" })));
+        element("div", { class: "wide" }, withRoles(tableElement(nameOf(group.parameter), [...heads,
+            element("span", { class: "unseen" }, say("unpin"))], rows.map(({ row }) => row), { class: "compared" }))));
 }
 
 function comparisonElements(values) {

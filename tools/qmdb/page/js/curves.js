@@ -36,8 +36,15 @@ function curvesOf(value) {
 function chartOf(value) {
     const { name, units } = argumentOf(value, -1);
     return {
-        curves: curvesOf(value), xLabel: withUnits(name, units.label),
-        yLabel: withUnits(nameOf(value.parameter), shownUnits(value.parameter.units).label),
+        curves: curvesOf(value), xLabel: withUnits(name, units.label), ...valueLabels(value.parameter),
+    };
+}
+
+/** What stands beside the axis of values, in full and short. */
+function valueLabels(parameter) {
+    const { label } = shownUnits(parameter.units);
+    return {
+        yLabel: withUnits(nameOf(parameter), label), yShort: withUnits(parameter.symbol || nameOf(parameter), label),
     };
 }
 

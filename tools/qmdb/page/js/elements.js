@@ -55,3 +55,14 @@ function tableElement(caption, heads, rows, settings = {}) {
         element("thead", {}, element("tr", {}, heads.map((head) => element("th", { scope: "col" }, head)))),
         element("tbody", {}, rows));
 }
+
+/** A table that remains one for screen readers when the style sheet lays its rows out otherwise. */
+function withRoles(table) {
+    const roles = { "thead, tbody": "rowgroup", tr: "row", "thead th": "columnheader",
+        "tbody th": "rowheader", td: "cell" };
+    table.setAttribute("role", "table");
+    for (const [selector, role] of Object.entries(roles)) {
+        table.querySelectorAll(selector).forEach((part) => part.setAttribute("role", role));
+    }
+    return table;
+}

@@ -68,7 +68,7 @@ function constantRow(value, noteKeys) {
     return element("tr", { id: elementId(value) },
         element("th", { scope: "row" }, parameterElements(value.parameter)),
         element("td", { class: "number" }, componentElements(constantOf(value).map(units.convert), "")),
-        element("td", {}, units.label), noteKeys.map((key) => element("td", { class: key }, noted(value[key]))),
+        element("td", { class: "units" }, units.label), noteKeys.map((key) => element("td", { class: key }, noted(value[key]))),
         element("td", { class: "pin" }, pinButton(value)));
 }
 
@@ -77,8 +77,8 @@ function constantsElement(owner, constants) {
     const noteKeys = ["accuracy", "source"].filter((key) => constants.some((value) => value[key] !== undefined));
     const heads = ["property", "value", "units", ...noteKeys].map((key) => say(key));
     const unseen = element("span", { class: "unseen" }, say("compare"));
-    return element("div", { class: "wide" }, tableElement(say("constantsOf", ownerText(owner)), [...heads, unseen],
-        constants.map((value) => constantRow(value, noteKeys)), { class: "constants" }));
+    return element("div", { class: "wide" }, withRoles(tableElement(say("constantsOf", ownerText(owner)),
+        [...heads, unseen], constants.map((value) => constantRow(value, noteKeys)), { class: "constants" })));
 }
 
 function elementId(value) {

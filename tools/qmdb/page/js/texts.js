@@ -19,7 +19,7 @@ const phrases = {
     state3: ["gas", "газ"],
     stateOther: ["state {0}", "состояние {0}"],
     units: ["Units", "Единицы"],
-    asStored: ["as in the database", "как в базе данных"],
+    asStored: ["as stored", "как в базе"],
     language: ["Language", "Язык"],
     compare: ["Compare", "Сравнить"],
     compareCount: ["Compare ({0})", "Сравнить ({0})"],
