@@ -275,7 +275,7 @@ class Page(unittest.TestCase):
 
     def test_rows_left_out_are_told(self):
         self.pages["cut"] = self.make("cut", self.scratch / "odd", "--rows", 999, "--lang", "ru")
-        self.assertIn("qmdb: 1 tables of more than 999 rows each, 1000 rows together, are left out\n",
+        self.assertIn("qmdb: tables of more than 999 rows are left out: 1, with 1000 rows together\n",
                       self.pages["cut"]["messages"])
         self.open("cut", "1")
         self.assertIn("1000", self.texts("main .notice")[0])

@@ -139,13 +139,13 @@ std::string nameOf(const std::string& directory)
 
 void tellWhatIsLeftOut(const LeftOut& leftOut, bool asked)
 {
-    if (leftOut.tables > 0) {
-        fmt::print(stderr, "qmdb: {} tables of more than {} rows each, {} rows together, are left out{}\n",
-            leftOut.tables, leftOut.limit, leftOut.rows,
-            asked ? ""
-                  : fmt::format(
-                      " to keep the page below {} MB; --rows N sets another limit", largestPage / 1'000'000));
+    if (leftOut.tables == 0) {
+        return;
     }
+    const std::string reason
+        = fmt::format(" to keep the page below {} MB; --rows N sets another limit", largestPage / 1'000'000);
+    fmt::print(stderr, "qmdb: tables of more than {} rows are left out{}: {}, with {} rows together\n",
+        leftOut.limit, asked ? "" : reason, leftOut.tables, leftOut.rows);
 }
 
 std::string dataOf(Collection& collection, const PageOptions& options)

@@ -96,9 +96,13 @@ function chartSize(box) {
     return { width, height: Math.round(Math.min(340, Math.max(230, width * 0.6))) };
 }
 
-/** A scale that leaves room around a constant and shows the logarithmic one by whole decades or less. */
 function scaleOf(isLogarithmic) {
     return { time: false, distr: isLogarithmic ? 3 : 1 };
+}
+
+/** Where the cursor's line stands: at the x whose values the legend shows, but freely while zooming. */
+function besideValues(chart, left, top) {
+    return left < 0 || chart.cursor.event?.buttons ? [left, top] : [chart.valToPos(chart.data[0][chart.posToIdx(left)], "x"), top];
 }
 
 /** The label of the upright axis: a short one where the other does not fit. */
@@ -118,7 +122,7 @@ function chartSettings(description, own, box) {
         series: [{ label: xLabel, value: (chart, number) => (number === null ? "–" : hoverText(number)) },
             ...curves.map((curve, index) => seriesOf(curve, own[index]))],
         legend: { markers: { dash: (chart, index) => (curves[index - 1]?.dash ? "dotted" : "solid") } },
-        cursor: { drag: { x: true, y: false, setScale: true } },
+        cursor: { y: false, move: besideValues, drag: { x: true, y: false, setScale: true } },
     };
 }
 
