@@ -347,6 +347,19 @@ comment is a line of its own that begins with "#" [bad-row]
                 self.assertEqual((int(bool(findings)), ""), (status, errors))
                 self.assertEqual(self.report(findings), output)
 
+    def test_many_substances_are_reported_in_their_order(self):
+        for i in range(4, 44):
+            write(self.database, {
+                f"Substance{i}/Substance{i}.mtd": keys(Comment="", Composition="", ID=i, Mixture=0, Name=f"S{i}"),
+                f"Substance{i}/Phase1/Phase1.phd": keys(Aggreg=5, ID=0, Name="Solid"),
+                f"Substance{i}/Phase1/Property1.prh": head(1, 1),
+                f"Substance{i}/Phase1/Property1.dat": "1\nx\n"})
+        status, output, errors = self.run_command("check", self.database)
+        found = [re.sub(r":.*\[(.*)]", r" \1", line) for line in output.splitlines()]
+        self.assertEqual((1, "", [f"Substance{i}/Phase1/{fault}" for i in sorted(range(4, 44), key=str) for fault in
+                                  ("Phase1.phd bad-state", "Property1.dat ignored-line", "Property1.dat bad-number")]
+                          + ["40 errors, 80 warnings in 186 files"]), (status, errors, found))
+
     def test_meets_what_is_no_file_and_where_links_lead(self):
         root = Path(self.database)
         (root / "Substance1/Phase1/Property1.dat").unlink()

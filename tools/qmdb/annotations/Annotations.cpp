@@ -15,6 +15,7 @@
 #include <array>
 #include <fmt/format.h>
 #include <tuple>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
@@ -86,21 +87,27 @@ private:
     std::map<Id, std::pair<Notes, std::size_t>> all_;
 };
 
-/// A name as a descriptor gives it: what it is without a string table, and its ID in one.
-struct NameKeys {
-    std::string name;
+/// A text as a descriptor gives it: what it is without a string table, and its ID in one.
+struct TextKeys {
+    std::string text;
     std::string id;
 };
 
-NameKeys nameOf(const Keys& values)
+TextKeys textKeysOf(const Keys& values, format::Key text, format::Key id)
 {
-    return { textOf(values, textOf(format::Key::Name)), textOf(values, textOf(format::Key::NameID)) };
+    return { textOf(values, textOf(text)), textOf(values, textOf(id)) };
+}
+
+TextKeys nameOf(const Keys& values)
+{
+    return textKeysOf(values, format::Key::Name, format::Key::NameID);
 }
 
 template <class Notes>
 struct Named {
     Notes notes;
-    NameKeys name;
+    TextKeys name;
+    TextKeys units {}; ///< of a description
 };
 
 ArgumentNotes argumentOf(const DescriptionNotes& description, PARAM_TYPE type, std::size_t index)
@@ -176,7 +183,7 @@ struct Annotations::Descriptions {
             notes.add(idOf(values),
                 { { textOf(values, format::symbolKey), textOf(values, format::argumentUnitsKey),
                       textOf(values, format::argumentNameKey) },
-                    nameOf(values) });
+                    nameOf(values), textKeysOf(values, format::Key::Units, format::Key::UnitsID) });
         }
     }
 
@@ -242,7 +249,7 @@ struct Annotations::Values {
     const std::string& root;
     long substance;
     std::map<Place, std::pair<ValueNotes, std::size_t>> notes;
-    Unique<NameKeys, std::pair<Owner::Kind, long>> owners;
+    Unique<TextKeys, std::pair<Owner::Kind, long>> owners;
 };
 
 /// The texts of both languages.
@@ -252,12 +259,12 @@ struct Annotations::StringTables {
     {
     }
 
-    std::vector<std::string> texts(const NameKeys& name) const
+    std::vector<std::string> texts(const TextKeys& keys) const
     {
         std::vector<std::string> texts;
         for (const Keys& table : tables) {
-            const auto found = name.id.empty() ? table.end() : table.find(name.id);
-            const std::string text = found == table.end() ? name.name : textOf(table, name.id);
+            const auto found = keys.id.empty() ? table.end() : table.find(keys.id);
+            const std::string text = found == table.end() ? keys.text : textOf(table, keys.id);
             if (!text.empty() && std::ranges::find(texts, text) == texts.end()) {
                 texts.push_back(text);
             }
@@ -340,7 +347,21 @@ std::vector<std::string> Annotations::names(long substance, const Owner& owner) 
 ParameterNotes Annotations::describe(const Parameter& parameter) const
 {
     const DescriptionNotes described = description(parameter.id);
-    return { {}, described.symbol, argumentsOf(described, parameter.type) };
+    return { {}, described.symbol, argumentsOf(described, parameter.type), wholeUnits(parameter) };
+}
+
+/// What the units handed out begin, in either language.
+std::string Annotations::wholeUnits(const Parameter& parameter) const
+{
+    constexpr std::size_t room = std::extent_v<decltype(PARAMETER::units)> - 1;
+    if (toWide(parameter.units).size() == room) {
+        for (const std::string& text : stringTables().texts(descriptions().notes.find(parameter.id).units)) {
+            if (text.starts_with(parameter.units)) {
+                return text;
+            }
+        }
+    }
+    return parameter.units;
 }
 
 ParameterNotes Annotations::parameter(long substance, const Owner& owner, const Parameter& parameter) const

@@ -53,6 +53,7 @@ std::string sourceText(const ValueNotes& notes);
 struct ParameterNotes : ValueNotes {
     std::string symbol;
     std::vector<ArgumentNotes> arguments;
+    std::string units {}; ///< of the value, whole: the library hands out nine characters
 };
 
 /// What a database's files tell that the exported functions do not.
@@ -99,6 +100,7 @@ private:
     const Descriptions& descriptions() const;
     const Values& values(long substance) const;
     const StringTables& stringTables() const;
+    std::string wholeUnits(const Parameter& parameter) const;
 
     std::string directory_;
     mutable std::unique_ptr<const Substances> substances_;

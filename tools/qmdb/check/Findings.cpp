@@ -58,18 +58,35 @@ std::string keyOf(const Place& place)
 void Findings::add(Severity severity, std::string_view kind, const Place& place, std::string_view what,
     std::string_view advice)
 {
-    const auto [finding, isNew]
-        = known_.insert({ place, severity, std::string(kind), std::string(what), std::string(advice) });
+    add({ place, severity, std::string(kind), std::string(what), std::string(advice) });
+}
+
+void Findings::add(Finding finding)
+{
+    const auto [known, isNew] = known_.insert(std::move(finding));
     if (isNew) {
-        found_.push_back(*finding);
+        found_.push_back(*known);
+    }
+}
+
+void Findings::add(const Findings& others)
+{
+    for (const Finding& finding : others.found_) {
+        add(finding);
     }
 }
 
 std::vector<std::reference_wrapper<const Finding>> Findings::all() const
 {
-    auto sorted = found_;
-    std::ranges::stable_sort(sorted, {},
-        [](const Finding& finding) { return std::pair(keyOf(finding.place), finding.place.line); });
+    std::vector<std::pair<std::pair<std::string, std::size_t>, std::size_t>> order;
+    for (const Finding& finding : found_) {
+        order.emplace_back(std::pair(keyOf(finding.place), finding.place.line), order.size());
+    }
+    std::ranges::sort(order);
+    std::vector<std::reference_wrapper<const Finding>> sorted;
+    for (const auto& [key, index] : order) {
+        sorted.push_back(found_[index]);
+    }
     return sorted;
 }
 

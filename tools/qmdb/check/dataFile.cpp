@@ -16,6 +16,9 @@ namespace tool::check {
 
 namespace {
 
+/// What the numbers of a line are called.
+constexpr std::string_view numberNames[] = { "number 1", "number 2", "number 3", "number 4" };
+
 /// Follows a data file line by line.
 class DataFileCheck {
 public:
@@ -181,7 +184,7 @@ private:
         }
         std::vector<double> numbers;
         for (std::size_t i = 0; i < parts.size(); ++i) {
-            if (const auto number = readNumber(context_, place, parts[i], fmt::format("number {}", i + 1))) {
+            if (const auto number = readNumber(context_, place, parts[i], numberNames[i])) {
                 numbers.push_back(*number);
             }
         }

@@ -16,12 +16,15 @@ namespace {
 /// True when nothing stands behind the number and it fits, so that what is read is what stands there.
 bool isWholeNumber(std::string_view text)
 {
-    std::string point(text);
-    std::ranges::replace(point, ',', '.');
-    const std::size_t sign = point.starts_with('+') ? 1 : 0;
+    if (const std::size_t comma = text.find(','); comma != std::string_view::npos) {
+        std::string point(text);
+        std::ranges::replace(point, ',', '.');
+        return isWholeNumber(point);
+    }
+    const std::size_t sign = text.starts_with('+') ? 1 : 0;
     double number = 0;
-    const auto [end, error] = std::from_chars(point.data() + sign, point.data() + point.size(), number);
-    return error == std::errc() && end == point.data() + point.size();
+    const auto [end, error] = std::from_chars(text.data() + sign, text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size();
 }
 
 std::string_view withoutOuterBlanks(std::string_view text)
@@ -55,14 +58,15 @@ std::optional<double> readNumber(
         return number;
     }
     const std::string_view bare = withoutOuterBlanks(text);
-    const std::string reading = fmt::format("{} is {} and is read as {}", what, shown(text), *number);
+    const auto reading
+        = [&] { return fmt::format("{} is {} and is read as {}", what, shown(text), *number); };
     if (!isWholeNumber(bare)) {
-        context.findings.error("ignored-text", place, reading, "write a decimal number and nothing else");
+        context.findings.error("ignored-text", place, reading(), "write a decimal number and nothing else");
     } else if (!std::isfinite(*number)) {
         context.findings.warning(
             "not-finite", place, fmt::format("{} is read as {}", what, *number), "write a finite number");
     } else if (looksGrouped(bare)) {
-        context.findings.warning("grouped-digits", place, reading,
+        context.findings.warning("grouped-digits", place, reading(),
             "write the number without a comma, or with a point if a fraction is meant");
     }
     return number;

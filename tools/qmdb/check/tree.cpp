@@ -2,10 +2,12 @@
 
 #include "annotations/scan.h"
 #include "check/listing.h"
+#include "check/parallel.h"
 #include "check/rules.h"
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <iterator>
 
 namespace tool::check {
 
@@ -108,13 +110,26 @@ void readSubstance(Context& context, const std::string& directory, Tree& tree)
     tree.substances.push_back(std::move(substance));
 }
 
+namespace {
+
+void readSubstances(Context& context, const Listing& root, Tree& tree)
+{
+    std::vector<Tree> parts(root.directories.size());
+    doInThreads(
+        context, parts.size(),
+        [&](Context& own, std::size_t i) { readSubstance(own, root.directories[i], parts[i]); }, [] {});
+    for (Tree& part : parts) {
+        std::ranges::move(part.substances, std::back_inserter(tree.substances));
+    }
+}
+
+} // namespace
+
 Tree readTree(Context& context)
 {
     const Listing root = list(context, "");
     Tree tree;
-    for (const std::string& name : root.directories) {
-        readSubstance(context, name, tree);
-    }
+    readSubstances(context, root, tree);
     tree.descriptions = readFiles(context, root, format::descriptionKind);
     for (const std::string& name : root.files) {
         if (isStringTable(name)) {

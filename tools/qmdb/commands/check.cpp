@@ -77,7 +77,7 @@ int runCheck(const CheckOptions& options)
         printText(output, findings, files);
     }
     output.finish();
-    return findings.all().empty() ? ExitDone : ExitFindings;
+    return findings.isEmpty() ? ExitDone : ExitFindings;
 }
 
 } // namespace

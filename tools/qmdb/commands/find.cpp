@@ -140,8 +140,7 @@ private:
         noteUnits(shown, notes);
         const auto point = at_.point(shown, notes, named_);
         if (!point) {
-            ++withoutPoint_;
-            needed_ = argumentsText(notes);
+            ++withoutPoint_[argumentsText(notes)];
             return;
         }
         const auto result = readAt(Interpolation(table), units, *point, Method::Linear);
@@ -171,16 +170,18 @@ private:
         }
     }
 
-    /// Throws Failure for a name in --at that is an argument of no table.
+    /// Throws Failure for a name in --at that is an argument of no table. Values that do not depend on the
+    /// pressure are found at every pressure.
     void requireNamed() const
     {
-        const bool tables = outside_ + withoutPoint_ > 0
+        const bool tables = outside_ > 0 || !withoutPoint_.empty()
             || std::ranges::any_of(
                 found_, [](const auto& found) { return found.type != PARAM_TYPE_CONSTANT; });
         for (std::size_t i = 0; i < named_.size(); ++i) {
-            if (tables && !named_[i]) {
+            if (tables && !named_[i] && !isUsualArgument(at_.name(i))) {
                 throw Failure("no table of {} has an argument {}{}{}", parameter_.name, shown(at_.name(i)),
-                    needed_.empty() ? "" : "; give ", needed_);
+                    withoutPoint_.empty() ? "" : "; give ",
+                    withoutPoint_.empty() ? "" : withoutPoint_.begin()->first);
             }
         }
         units_.requireUsed();
@@ -201,7 +202,9 @@ private:
         printFound(output, options_.form(), parameter_, at, found_);
         output.finish();
         note(outside_, fmt::format("in a table that does not reach {}", at));
-        note(withoutPoint_, fmt::format("in a table that is read at {}: give --at", needed_));
+        for (const auto& [arguments, count] : withoutPoint_) {
+            note(count, fmt::format("in a table that needs {} in --at", arguments));
+        }
     }
 
     const FindOptions& options_;
@@ -214,8 +217,7 @@ private:
     Parameter parameter_; ///< as it is shown
     std::vector<FoundValue> found_;
     std::size_t outside_ = 0;
-    std::size_t withoutPoint_ = 0;
-    std::string needed_; ///< arguments of a table that --at does not name
+    std::map<std::string, std::size_t> withoutPoint_; ///< by the arguments that the tables need
     bool whole_ = true;
 };
 

@@ -69,6 +69,12 @@ std::optional<std::size_t> findArgument(
     return std::nullopt;
 }
 
+bool isUsualArgument(std::string_view name)
+{
+    constexpr std::string_view usual[] = { "t", "p", "x", "temperature", "pressure" };
+    return std::ranges::find(usual, lowerCase(name)) != std::end(usual);
+}
+
 std::string argumentsText(const ParameterNotes& notes)
 {
     std::vector<std::string> texts;
@@ -102,10 +108,10 @@ UnitChoice::UnitChoice(const std::vector<std::string>& texts)
     }
 }
 
-const UnitChoice::Wish* UnitChoice::wishForValue(const Parameter& parameter, bool fitting) const
+const UnitChoice::Wish* UnitChoice::wishForValue(const ParameterNotes& notes, bool fitting) const
 {
     for (const Wish& wish : wishes_) {
-        if (wish.argument.empty() && (!fitting || findConversion(parameter.units, wish.units))) {
+        if (wish.argument.empty() && (!fitting || findConversion(notes.units, wish.units))) {
             return &wish;
         }
     }
@@ -136,9 +142,10 @@ ShownUnits UnitChoice::chooseUnits(Parameter& parameter, ParameterNotes& notes, 
             wish->used = true;
         }
     }
-    if (const Wish* wish = wishForValue(parameter, fitting)) {
-        units.value = conversionOf(parameter.name, parameter.units, wish->units);
+    if (const Wish* wish = wishForValue(notes, fitting)) {
+        units.value = conversionOf(parameter.name, notes.units, wish->units);
         parameter.units = wish->units;
+        notes.units = wish->units;
         wish->used = true;
     }
     return units;

@@ -2,6 +2,7 @@
 
 #include "common/failure.h"
 
+#include <algorithm>
 #include <climits>
 #include <clocale>
 #include <cstdlib>
@@ -13,6 +14,12 @@ namespace {
 
 constexpr auto failed = static_cast<std::size_t>(-1);
 constexpr auto incomplete = static_cast<std::size_t>(-2);
+
+template <class Character>
+bool isAscii(Character character)
+{
+    return character >= 0 && character <= 0x7F;
+}
 
 /// Lets the conversions of the C library work on UTF-8, whatever the user's locale is.
 class Utf8Locale {
@@ -42,6 +49,12 @@ private:
 
 std::string toUtf8(std::wstring_view wide)
 {
+    if (std::ranges::all_of(wide, isAscii<wchar_t>)) { // nearly all texts
+        std::string text(wide.size(), '\0');
+        std::ranges::transform(
+            wide, text.begin(), [](wchar_t character) { return static_cast<char>(character); });
+        return text;
+    }
     const Utf8Locale locale;
     std::string text;
     for (const wchar_t character : wide) {
@@ -55,6 +68,9 @@ std::string toUtf8(std::wstring_view wide)
 
 std::wstring toWide(std::string_view utf8)
 {
+    if (std::ranges::all_of(utf8, isAscii<char>)) {
+        return { utf8.begin(), utf8.end() };
+    }
     const Utf8Locale locale;
     std::wstring wide;
     while (!utf8.empty()) {
