@@ -154,7 +154,7 @@ Water (0), H2O: H₂O
               for arguments in (["list", "empty"], ["check", "notes"], ["export", "empty"])),
             (["lst", "db"], 2, 'there is no command "lst"; near matches: list'),
             (["add", "phaze", "db"], 2, 'there is no command "phaze"; near matches: phase'),
-            (["frobnicate"], 2, 'there is no command "frobnicate"; there are: list, get, find, plot, check, export, add, new'),
+            (["frobnicate"], 2, 'there is no command "frobnicate"; there are: list, get, find, plot, check, export, page, add, new'),
             ([], 2, 'A subcommand is required\n"qmdb --help" tells what to write'),
             (["add"], 2, 'A subcommand is required\n"qmdb add --help" tells what to write'),
             (["list", "db", "--josn"], 2,

@@ -11,6 +11,7 @@ from pathlib import Path
 from urllib.parse import quote
 
 from selenium import webdriver
+from selenium.common.exceptions import NoSuchElementException, StaleElementReferenceException
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.support.ui import Select, WebDriverWait
@@ -130,7 +131,8 @@ class Page(unittest.TestCase):
         return [found.text for found in self.all(selector, inside)]
 
     def wait(self, condition):
-        WebDriverWait(self.browser, 20).until(lambda _: condition())
+        in_between = [StaleElementReferenceException, NoSuchElementException]
+        WebDriverWait(self.browser, 20, 0.05, in_between).until(lambda _: condition())
 
     def title(self):
         return self.find("main h2").text
