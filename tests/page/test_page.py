@@ -275,6 +275,25 @@ class Page(unittest.TestCase):
         self.assertEqual("#2", self.browser.execute_script("return location.hash"))  # two have the name
         self.assertEqual([HOSTILE, "9 (missing)"], self.texts(".composition th[scope=row]"))
 
+    def test_the_page_cannot_ask_for_anything(self):
+        self.open("sample")
+        blocked = self.browser.execute_async_script("""
+            const done = arguments[0], blocked = [];
+            document.addEventListener("securitypolicyviolation", (event) => {
+                blocked.push(event.effectiveDirective);
+                if (blocked.length === 4) done(blocked.sort());
+            });
+            new Image().src = "http://127.0.0.1:9/image";
+            fetch("http://127.0.0.1:9/data").catch(() => {});
+            const script = document.createElement("script");
+            script.textContent = "document.title = 'taken'";
+            document.body.append(script);
+            document.body.setAttribute("style", "color: red");""")
+        self.assertEqual(["connect-src", "img-src", "script-src-elem", "style-src-attr"], blocked)
+        self.assertNotEqual("taken", self.browser.title)
+        for kind in ("browser", "performance"):
+            self.browser.get_log(kind)  # tells of these
+
     def test_rows_left_out_are_told(self):
         self.pages["cut"] = self.make("cut", self.scratch / "odd", "--rows", 999, "--lang", "ru")
         self.assertIn("qmdb: tables of more than 999 rows are left out: 1, with 1000 rows together\n",
