@@ -41,7 +41,9 @@ function filledColumn({ x, y }, all) {
         if (x.length === 0 || wanted < x[0] || (wanted > x[at] && at + 1 === x.length)) {
             return null;
         }
-        return x[at] === wanted ? y[at] : y[at] + (y[at + 1] - y[at]) * ((wanted - x[at]) / (x[at + 1] - x[at]));
+        return x[at] === wanted
+            ? y[at]
+            : y[at] + (y[at + 1] - y[at]) * ((wanted - x[at]) / (x[at + 1] - x[at]));
     });
 }
 
@@ -72,7 +74,10 @@ function ownPlaces(curve, x, column) {
 
 function seriesOf(curve, own) {
     return {
-        label: curve.label, stroke: curve.colour, dash: curve.dash, width: curve.level ? 1.5 : 2,
+        label: curve.label,
+        stroke: curve.colour,
+        dash: curve.dash,
+        width: curve.level ? 1.5 : 2,
         points: { show: own.length > 0, size: 6, filter: () => own, fill: curve.colour },
         value: (chart, number) => (number === null || number === undefined ? "–" : hoverText(number)),
     };
@@ -86,8 +91,16 @@ function axisOf(label, side) {
     const font = "12px system-ui, sans-serif";
     const wide = (chart, texts) => 24 + 7 * Math.max(3, ...(texts ?? []).map((text) => text.length));
     return {
-        label, side, stroke: ink, grid: line, ticks: line, font, labelFont: "13px system-ui, sans-serif",
-        labelSize: 22, size: side === 3 ? wide : 36, values: (chart, splits) => splits.map(tickText),
+        label,
+        side,
+        stroke: ink,
+        grid: line,
+        ticks: line,
+        font,
+        labelFont: "13px system-ui, sans-serif",
+        labelSize: 22,
+        size: side === 3 ? wide : 36,
+        values: (chart, splits) => splits.map(tickText),
     };
 }
 
@@ -102,7 +115,9 @@ function scaleOf(isLogarithmic) {
 
 /** Where the cursor's line stands: at the x whose values the legend shows, but freely while zooming. */
 function besideValues(chart, left, top) {
-    return left < 0 || chart.cursor.event?.buttons ? [left, top] : [chart.valToPos(chart.data[0][chart.posToIdx(left)], "x"), top];
+    return left < 0 || chart.cursor.event?.buttons
+        ? [left, top]
+        : [chart.valToPos(chart.data[0][chart.posToIdx(left)], "x"), top];
 }
 
 /** The label of the upright axis: a short one where the other does not fit. */
@@ -119,8 +134,10 @@ function chartSettings(description, own, box) {
         ...size,
         scales: { x: scaleOf(logX), y: scaleOf(logY) },
         axes: [axisOf(xLabel, 2), axisOf(uprightLabel(description, size.height), 3)],
-        series: [{ label: xLabel, value: (chart, number) => (number === null ? "–" : hoverText(number)) },
-            ...curves.map((curve, index) => seriesOf(curve, own[index]))],
+        series: [
+            { label: xLabel, value: (chart, number) => (number === null ? "–" : hoverText(number)) },
+            ...curves.map((curve, index) => seriesOf(curve, own[index])),
+        ],
         legend: { markers: { dash: (chart, index) => (curves[index - 1]?.dash ? "dotted" : "solid") } },
         cursor: { y: false, move: besideValues, drag: { x: true, y: false, setScale: true } },
     };
@@ -140,20 +157,35 @@ function drawChart(box, description) {
         }
     });
     observer.observe(box);
-    const live = { redraw: () => chart.redraw(false), end: () => (observer.disconnect(), chart.destroy()),
-        resetZoom: () => chart.setData(chart.data) };
+    const live = {
+        redraw: () => chart.redraw(false),
+        end: () => (observer.disconnect(), chart.destroy()),
+        resetZoom: () => chart.setData(chart.data),
+    };
     liveCharts.add(live);
     return live;
 }
 
 /** Buttons above a chart: logarithmic axes where they can be, and back to the whole range. */
 function chartButtons(description, redraw, resetZoom) {
-    const toggle = (axis, label, numbers) => numbers.some((number) => number > 0)
-        && toggleElement(say("logX", axis), say("logarithmic", label), false, (isOn) => redraw(axis, isOn));
-    return element("div", { class: "chart-buttons" },
-        toggle("x", description.xLabel, description.curves.flatMap((curve) => (curve.level ? [] : curve.x))),
-        toggle("y", description.yLabel, description.curves.flatMap((curve) => curve.y)),
-        element("button", { type: "button", onclick: resetZoom, title: say("zoomHint") }, say("resetZoom")));
+    const toggle = (axis, label, numbers) =>
+        numbers.some((number) => number > 0) &&
+        toggleElement(say("logX", axis), say("logarithmic", label), false, (isOn) => redraw(axis, isOn));
+    return element(
+        "div",
+        { class: "chart-buttons" },
+        toggle(
+            "x",
+            description.xLabel,
+            description.curves.flatMap((curve) => (curve.level ? [] : curve.x)),
+        ),
+        toggle(
+            "y",
+            description.yLabel,
+            description.curves.flatMap((curve) => curve.y),
+        ),
+        element("button", { type: "button", onclick: resetZoom, title: say("zoomHint") }, say("resetZoom")),
+    );
 }
 
 /** A chart with its buttons; it is drawn when it first comes into view. */
@@ -182,9 +214,12 @@ function drawPending(whole) {
     draw?.();
 }
 
-const viewObserver = new IntersectionObserver((entries) => {
-    entries.filter((entry) => entry.isIntersecting).forEach((entry) => drawPending(entry.target));
-}, { rootMargin: "400px" });
+const viewObserver = new IntersectionObserver(
+    (entries) => {
+        entries.filter((entry) => entry.isIntersecting).forEach((entry) => drawPending(entry.target));
+    },
+    { rootMargin: "400px" },
+);
 
 function endChart(live) {
     liveCharts.delete(live);

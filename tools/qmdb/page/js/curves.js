@@ -12,11 +12,17 @@ function firstArgumentText(value, subtable) {
 /** The parts of a table that are curves of their own: for each subtable, for each component. */
 function partsOf(value) {
     const isTwo = value.arguments.length === 2;
-    return tableOf(value).flatMap((subtable) => subtable.components.map((numbers, component) => ({
-        x: subtable.x, y: numbers, component,
-        labels: [isTwo && firstArgumentText(value, subtable), value.vector && componentNames[component]]
-            .filter(Boolean),
-    })));
+    return tableOf(value).flatMap((subtable) =>
+        subtable.components.map((numbers, component) => ({
+            x: subtable.x,
+            y: numbers,
+            component,
+            labels: [
+                isTwo && firstArgumentText(value, subtable),
+                value.vector && componentNames[component],
+            ].filter(Boolean),
+        })),
+    );
 }
 
 /** The curves of one table. */
@@ -26,8 +32,12 @@ function curvesOf(value) {
     const subtables = tableOf(value).length;
     return partsOf(value).map((part, index) => ({
         label: part.labels.join(", ") || nameOf(value.parameter),
-        x: part.x.map(argument.units.convert), y: part.y.map(units.convert),
-        colour: subtables > 1 ? orderedColour(Math.floor(index / componentsOf(value)), subtables) : distinctColour(index),
+        x: part.x.map(argument.units.convert),
+        y: part.y.map(units.convert),
+        colour:
+            subtables > 1
+                ? orderedColour(Math.floor(index / componentsOf(value)), subtables)
+                : distinctColour(index),
         dash: value.vector ? dashes[part.component] : undefined,
     }));
 }
@@ -36,7 +46,9 @@ function curvesOf(value) {
 function chartOf(value) {
     const { name, units } = argumentOf(value, -1);
     return {
-        curves: curvesOf(value), xLabel: withUnits(name, units.label), ...valueLabels(value.parameter),
+        curves: curvesOf(value),
+        xLabel: withUnits(name, units.label),
+        ...valueLabels(value.parameter),
     };
 }
 
@@ -44,7 +56,8 @@ function chartOf(value) {
 function valueLabels(parameter) {
     const { label } = shownUnits(parameter.units);
     return {
-        yLabel: withUnits(nameOf(parameter), label), yShort: withUnits(parameter.symbol || nameOf(parameter), label),
+        yLabel: withUnits(nameOf(parameter), label),
+        yShort: withUnits(parameter.symbol || nameOf(parameter), label),
     };
 }
 
@@ -53,8 +66,12 @@ function levelsOf(value) {
     const units = shownUnits(value.parameter.units);
     return constantOf(value).map((number, component) => ({
         label: [ownerText(value.owner), value.vector && componentNames[component], say("constant")]
-            .filter(Boolean).join(", "),
-        x: [], y: [units.convert(number)], level: true, dash: dashes[2],
+            .filter(Boolean)
+            .join(", "),
+        x: [],
+        y: [units.convert(number)],
+        level: true,
+        dash: dashes[2],
     }));
 }
 
@@ -63,7 +80,9 @@ function comparedCurves(values, toCommonX) {
     return values.flatMap((value, place) => {
         const curves = isTable(value) ? comparedParts(value, toCommonX(value)) : levelsOf(value);
         return curves.map((curve, index) => ({
-            ...curve, colour: distinctColour(place), dash: curve.level ? curve.dash : dashes[index % dashes.length],
+            ...curve,
+            colour: distinctColour(place),
+            dash: curve.level ? curve.dash : dashes[index % dashes.length],
         }));
     });
 }
@@ -72,6 +91,7 @@ function comparedParts(value, convertX) {
     const units = shownUnits(value.parameter.units);
     return partsOf(value).map((part) => ({
         label: [ownerText(value.owner), ...part.labels].join(", "),
-        x: part.x.map(convertX), y: part.y.map(units.convert),
+        x: part.x.map(convertX),
+        y: part.y.map(units.convert),
     }));
 }

@@ -52,14 +52,18 @@ function decodedNumbers(text) {
 
 /** Rows that lie one behind the other as columns: x and the components. */
 function subtableOf(numbers, begin, rows, components, first) {
-    const column = (index) => Array.from({ length: rows },
-        (_, row) => numbers[begin + row * (1 + components) + index]);
-    return { first, x: column(0), components: Array.from({ length: components }, (_, index) => column(1 + index)) };
+    const column = (index) =>
+        Array.from({ length: rows }, (_, row) => numbers[begin + row * (1 + components) + index]);
+    return {
+        first,
+        x: column(0),
+        components: Array.from({ length: components }, (_, index) => column(1 + index)),
+    };
 }
 
 function subtablesOf(numbers, components) {
     const subtables = [];
-    for (let at = 0; at < numbers.length;) {
+    for (let at = 0; at < numbers.length; ) {
         const rows = numbers[at + 1];
         subtables.push(subtableOf(numbers, at + 2, rows, components, numbers[at]));
         at += 2 + rows * (1 + components);
@@ -89,9 +93,10 @@ function tableOf(value) {
     if (!value.table) {
         const numbers = decodedNumbers(value.numbers);
         const components = componentsOf(value);
-        value.table = value.arguments.length === 2
-            ? subtablesOf(numbers, components)
-            : [subtableOf(numbers, 0, numbers.length / (1 + components), components)];
+        value.table =
+            value.arguments.length === 2
+                ? subtablesOf(numbers, components)
+                : [subtableOf(numbers, 0, numbers.length / (1 + components), components)];
         delete value.numbers;
     }
     return value.table;
@@ -104,9 +109,17 @@ function rowCount(value) {
 /** An argument with its name and how its numbers are shown. The last one is the axis of charts. */
 function argumentOf(value, index) {
     const argument = model.arguments[value.arguments.at(index)];
-    const name = phrases[argument.name] ? say(argument.name) : argument.name || argument.symbol || say("argument");
+    const name = phrases[argument.name]
+        ? say(argument.name)
+        : argument.name || argument.symbol || say("argument");
     const symbol = argument.symbol || name;
-    return { name, symbol, units: shownUnits(argument.units), unitsIndex: argument.units, key: argument.name };
+    return {
+        name,
+        symbol,
+        units: shownUnits(argument.units),
+        unitsIndex: argument.units,
+        key: argument.name,
+    };
 }
 
 /** The least and the greatest number of a list; nothing of an empty one. */
@@ -123,5 +136,5 @@ function rangeOf(numbers) {
 function argumentRange(value, index) {
     const table = tableOf(value);
     const isFirst = value.arguments.length === 2 && index === 0;
-    return rangeOf(table.flatMap((subtable) => (isFirst ? [subtable.first] : rangeOf(subtable.x) ?? [])));
+    return rangeOf(table.flatMap((subtable) => (isFirst ? [subtable.first] : (rangeOf(subtable.x) ?? []))));
 }

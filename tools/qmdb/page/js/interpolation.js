@@ -40,8 +40,9 @@ function requireInside(numbers, at, argument, first) {
 
 /** Rounded as the command rounds: to the digits that both neighbours have. */
 function between(low, high, share) {
-    return low.map((number, index) => roundedTo(number + (high[index] - number) * share,
-        Math.max(Math.abs(number), Math.abs(high[index]))));
+    return low.map((number, index) =>
+        roundedTo(number + (high[index] - number) * share, Math.max(Math.abs(number), Math.abs(high[index]))),
+    );
 }
 
 /** The components at `at` of ascending nodes, each of which `componentsAt` knows; those at a node are exact. */

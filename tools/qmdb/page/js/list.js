@@ -6,8 +6,19 @@ let listParts;
 
 function itemOf(substance) {
     if (!listed.has(substance)) {
-        listed.set(substance, element("li", {}, linkTo({ substance }, nameOf(substance),
-            substance.formula && element("span", { class: "faint" }, " ", formulaElement(substance.formula)))));
+        listed.set(
+            substance,
+            element(
+                "li",
+                {},
+                linkTo(
+                    { substance },
+                    nameOf(substance),
+                    substance.formula &&
+                        element("span", { class: "faint" }, " ", formulaElement(substance.formula)),
+                ),
+            ),
+        );
     }
     return listed.get(substance);
 }
@@ -15,40 +26,60 @@ function itemOf(substance) {
 function showMatches() {
     const matches = matchingSubstances(filters.text, filters);
     listParts.list.replaceChildren(...matches.map(itemOf));
-    listParts.count.textContent = matches.length === 0
-        ? say("nothingFound") : say("found", matches.length, model.substances.length);
+    listParts.count.textContent =
+        matches.length === 0 ? say("nothingFound") : say("found", matches.length, model.substances.length);
 }
 
 function statesOfAll() {
-    const states = model.substances.flatMap(({ owners }) => owners.filter(({ kind }) => kind === ownerKinds.phase)
-        .map(({ state }) => state));
+    const states = model.substances.flatMap(({ owners }) =>
+        owners.filter(({ kind }) => kind === ownerKinds.phase).map(({ state }) => state),
+    );
     return [...new Set(states)].sort((a, b) => a - b);
 }
 
 function filterFields() {
-    const parameters = [...new Map(model.parameters.map((parameter) => [parameter.id, nameOf(parameter)]))]
-        .sort((a, b) => a[1].localeCompare(b[1], languages[language]));
-    const filter = (label, key, options) => choiceElement(label, options, filters[key], (choice) => {
-        filters[key] = Number(choice);
-        showMatches();
-    });
-    return element("div", { class: "filters" },
-        filter(say("stateFilter"), "state", [[0, say("anyState")], ...statesOfAll().map((state) => [state, stateText(state)])]),
-        filter(say("propertyFilter"), "parameter", [[0, say("anyProperty")], ...parameters]));
+    const parameters = [
+        ...new Map(model.parameters.map((parameter) => [parameter.id, nameOf(parameter)])),
+    ].sort((a, b) => a[1].localeCompare(b[1], languages[language]));
+    const filter = (label, key, options) =>
+        choiceElement(label, options, filters[key], (choice) => {
+            filters[key] = Number(choice);
+            showMatches();
+        });
+    return element(
+        "div",
+        { class: "filters" },
+        filter(say("stateFilter"), "state", [
+            [0, say("anyState")],
+            ...statesOfAll().map((state) => [state, stateText(state)]),
+        ]),
+        filter(say("propertyFilter"), "parameter", [[0, say("anyProperty")], ...parameters]),
+    );
 }
 
 function showList() {
     listed.clear();
     const search = element("input", {
-        type: "search", id: "search", "aria-label": say("search"), placeholder: say("searchHint"), autocomplete: "off",
-        spellcheck: "false", title: say("keys"),
-        oninput: () => { filters.text = search.value; showMatches(); },
+        type: "search",
+        id: "search",
+        "aria-label": say("search"),
+        placeholder: say("searchHint"),
+        autocomplete: "off",
+        spellcheck: "false",
+        title: say("keys"),
+        oninput: () => {
+            filters.text = search.value;
+            showMatches();
+        },
     });
     search.value = filters.text;
     listParts = { search, list: element("ul", {}), count: element("p", { class: "count", role: "status" }) };
     const nav = document.querySelector("nav.left");
     nav.setAttribute("aria-label", say("materials"));
-    nav.replaceChildren(element("div", { class: "search" }, search, filterFields(), listParts.count), listParts.list);
+    nav.replaceChildren(
+        element("div", { class: "search" }, search, filterFields(), listParts.count),
+        listParts.list,
+    );
     showMatches();
 }
 
@@ -95,7 +126,8 @@ document.addEventListener("keydown", (event) => {
     }
     const steps = { ArrowDown: 1, ArrowUp: -1 };
     if (event.key === "/" && !isTyping()) {
-        document.body.dataset.view = document.body.dataset.view === "material" ? "start" : document.body.dataset.view;
+        document.body.dataset.view =
+            document.body.dataset.view === "material" ? "start" : document.body.dataset.view;
         listParts.search.focus();
         listParts.search.select();
     } else if (event.key === "Escape" && document.activeElement === listParts.search) {

@@ -1,12 +1,18 @@
 // Shows the place that the address asks for.
 
 function startElements() {
-    const values = model.substances.reduce((sum, { owners }) => owners.reduce((all, owner) => all + owner.values.length, sum), 0);
-    return [element("h2", { tabindex: -1 }, model.name || say("materials")),
+    const values = model.substances.reduce(
+        (sum, { owners }) => owners.reduce((all, owner) => all + owner.values.length, sum),
+        0,
+    );
+    return [
+        element("h2", { tabindex: -1 }, model.name || say("materials")),
         element("p", {}, say("overview", model.substances.length, values)),
-        element("p", {}, say("choose")), element("p", { class: "faint" }, say("keys")),
+        element("p", {}, say("choose")),
+        element("p", { class: "faint" }, say("keys")),
         element("section", {}, element("h3", {}, say("properties")), propertiesElement()),
-        element("p", { class: "faint" }, say("made", model.version))];
+        element("p", { class: "faint" }, say("made", model.version)),
+    ];
 }
 
 /** How many materials have each parameter. */
@@ -21,17 +27,44 @@ function parameterCounts() {
 
 /** All parameters with the number of their materials, which a click lists. */
 function propertiesElement() {
-    const rows = [...parameterCounts()].map(([parameter, count]) => element("tr", {},
-        element("th", { scope: "row" }, parameterElements(parameter)),
-        element("td", {}, shownUnits(parameter.units).label),
-        element("td", { class: "number" }, element("button", { type: "button", onclick: () => filterBy(parameter),
-            "aria-label": `${nameOf(parameter)}: ${say("materialsWith")} ${count}` }, String(count)))));
-    return element("div", { class: "wide" }, tableElement(say("properties"),
-        ["property", "units", "materialsWith"].map((key) => say(key)), rows, { class: "properties" }));
+    const rows = [...parameterCounts()].map(([parameter, count]) =>
+        element(
+            "tr",
+            {},
+            element("th", { scope: "row" }, parameterElements(parameter)),
+            element("td", {}, shownUnits(parameter.units).label),
+            element(
+                "td",
+                { class: "number" },
+                element(
+                    "button",
+                    {
+                        type: "button",
+                        onclick: () => filterBy(parameter),
+                        "aria-label": `${nameOf(parameter)}: ${say("materialsWith")} ${count}`,
+                    },
+                    String(count),
+                ),
+            ),
+        ),
+    );
+    return element(
+        "div",
+        { class: "wide" },
+        tableElement(
+            say("properties"),
+            ["property", "units", "materialsWith"].map((key) => say(key)),
+            rows,
+            { class: "properties" },
+        ),
+    );
 }
 
 function unknownElements(text) {
-    return [element("h2", { tabindex: -1 }, say("materials")), element("p", { class: "notice" }, say("unknownPlace", text))];
+    return [
+        element("h2", { tabindex: -1 }, say("materials")),
+        element("p", { class: "notice" }, say("unknownPlace", text)),
+    ];
 }
 
 /** The elements of a place, which view it is, and its title. */
@@ -41,9 +74,16 @@ function viewOf(place) {
         return { view: "compare", title: say("comparison"), elements: comparisonElements(place.compare) };
     }
     if (place.substance) {
-        return { view: "material", title: nameOf(place.substance), elements: materialElements(place.substance) };
+        return {
+            view: "material",
+            title: nameOf(place.substance),
+            elements: materialElements(place.substance),
+        };
     }
-    return { view: "start", elements: place.unknown === undefined ? startElements() : unknownElements(place.unknown) };
+    return {
+        view: "start",
+        elements: place.unknown === undefined ? startElements() : unknownElements(place.unknown),
+    };
 }
 
 function backLink() {

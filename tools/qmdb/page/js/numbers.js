@@ -1,6 +1,18 @@
 // Numbers as people read and write them.
 
-const superscripts = { "-": "⁻", 0: "⁰", 1: "¹", 2: "²", 3: "³", 4: "⁴", 5: "⁵", 6: "⁶", 7: "⁷", 8: "⁸", 9: "⁹" };
+const superscripts = {
+    "-": "⁻",
+    0: "⁰",
+    1: "¹",
+    2: "²",
+    3: "³",
+    4: "⁴",
+    5: "⁵",
+    6: "⁶",
+    7: "⁷",
+    8: "⁸",
+    9: "⁹",
+};
 
 const isPlain = (size) => !Number.isFinite(size) || size === 0 || (size >= 1e-4 && size < 1e10);
 

@@ -54,8 +54,16 @@ function wayTo({ substance, owner, value }) {
     } else if (value) {
         way.push("");
     }
-    return value ? [...way, uniqueName(value.parameter, owner.values.map((other) => other.parameter),
-        String(value.parameter.id))] : way;
+    return value
+        ? [
+              ...way,
+              uniqueName(
+                  value.parameter,
+                  owner.values.map((other) => other.parameter),
+                  String(value.parameter.id),
+              ),
+          ]
+        : way;
 }
 
 function placeText(place) {
@@ -77,27 +85,41 @@ function addressOf(place) {
 function called(all, name, namesOf = (thing) => [textIn(thing.name, 0), textIn(thing.name, 1)]) {
     const folded = name.toLowerCase();
     const current = all.filter((thing) => nameOf(thing) === name);
-    return current[0] ?? all.find((thing) => namesOf(thing).includes(name))
-        ?? all.find((thing) => namesOf(thing).some((other) => other?.toLowerCase() === folded));
+    return (
+        current[0] ??
+        all.find((thing) => namesOf(thing).includes(name)) ??
+        all.find((thing) => namesOf(thing).some((other) => other?.toLowerCase() === folded))
+    );
 }
 
 function substanceCalled(name) {
-    const namesOf = ({ name: names, formula, cas, aliases = [] }) => [textIn(names, 0), textIn(names, 1), formula,
-        cas, ...aliases];
+    const namesOf = ({ name: names, formula, cas, aliases = [] }) => [
+        textIn(names, 0),
+        textIn(names, 1),
+        formula,
+        cas,
+        ...aliases,
+    ];
     const byName = called(model.substances, name);
-    return byName ?? (isNumber(name) ? model.byId.get(Number(name)) : called(model.substances, name, namesOf));
+    return (
+        byName ?? (isNumber(name) ? model.byId.get(Number(name)) : called(model.substances, name, namesOf))
+    );
 }
 
 function ownerCalled(substance, name) {
     const owners = namedOwners(substance);
-    return owners.find((owner) => ownerKey(owner) === name) ?? called(owners, name)
-        ?? owners.find((owner) => isNumber(name) && owner.id === Number(name));
+    return (
+        owners.find((owner) => ownerKey(owner) === name) ??
+        called(owners, name) ??
+        owners.find((owner) => isNumber(name) && owner.id === Number(name))
+    );
 }
 
 function valueCalled(owner, name) {
     const parameters = owner.values.map((value) => value.parameter);
-    const found = called(parameters, name)
-        ?? parameters.find((parameter) => parameter.symbol === name || String(parameter.id) === name);
+    const found =
+        called(parameters, name) ??
+        parameters.find((parameter) => parameter.symbol === name || String(parameter.id) === name);
     return owner.values.find((value) => value.parameter === found);
 }
 
@@ -128,5 +150,5 @@ function placeOfAddress(hash) {
         const places = text.slice(comparePrefix.length).split("&").filter(Boolean).map(placeOfText);
         return { compare: places.map((place) => place?.value).filter(Boolean) };
     }
-    return text ? placeOfText(text) ?? { unknown: decoded(text) } : {};
+    return text ? (placeOfText(text) ?? { unknown: decoded(text) }) : {};
 }

@@ -20,20 +20,23 @@ function searchedTexts(substance) {
 /** How well a material matches a folded text: 0 is best; nothing when it does not match. */
 function rankOf(substance, text, parameters) {
     const { names, others } = searchedTexts(substance);
-    const ranks = [() => names.includes(text) || others.includes(text),
+    const ranks = [
+        () => names.includes(text) || others.includes(text),
         () => names.some((name) => name.startsWith(text)),
         () => names.some((name) => name.includes(text)),
         () => others.some((other) => other.includes(text)),
-        () => parameters.size > 0 && substance.owners.some((owner) => owner.values.some(
-            (value) => parameters.has(value.parameter)))];
+        () =>
+            parameters.size > 0 &&
+            substance.owners.some((owner) => owner.values.some((value) => parameters.has(value.parameter))),
+    ];
     const rank = ranks.findIndex((matches) => matches());
     return rank < 0 ? undefined : rank;
 }
 
 /** The parameters that a text is the symbol or a whole name of. */
 function parametersCalled(text, foldedText) {
-    const isCalled = ({ name, symbol }) => symbol === text || folded(textIn(name, 0)) === foldedText
-        || folded(textIn(name, 1)) === foldedText;
+    const isCalled = ({ name, symbol }) =>
+        symbol === text || folded(textIn(name, 0)) === foldedText || folded(textIn(name, 1)) === foldedText;
     return new Set(model.parameters.filter(isCalled));
 }
 

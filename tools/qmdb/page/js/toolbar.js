@@ -10,32 +10,69 @@ function showPinCount() {
 function unitsMenu() {
     const field = (index) => {
         const quantity = model.quantities[index];
-        const options = [["", say("asStored")], ...quantity.choices.map((choice, place) => [place, textIn(choice)])];
-        return element("label", {}, element("span", {}, textIn(quantity.name)),
+        const options = [
+            ["", say("asStored")],
+            ...quantity.choices.map((choice, place) => [place, textIn(choice)]),
+        ];
+        return element(
+            "label",
+            {},
+            element("span", {}, textIn(quantity.name)),
             choiceElement(textIn(quantity.name), options, chosenUnits.get(index) ?? "", (choice) => {
                 choice === "" ? chosenUnits.delete(index) : chosenUnits.set(index, Number(choice));
                 showPlace();
-            }));
+            }),
+        );
     };
     const fields = usedQuantities().map(field);
-    return fields.length > 0 && element("details", { class: "menu" },
-        element("summary", {}, say("units")), element("div", { class: "menu-box" }, fields));
+    return (
+        fields.length > 0 &&
+        element(
+            "details",
+            { class: "menu" },
+            element("summary", {}, say("units")),
+            element("div", { class: "menu-box" }, fields),
+        )
+    );
 }
 
 function languageButtons() {
-    return element("div", { class: "languages", role: "group", "aria-label": say("language") },
-        languages.map((code, index) => element("button", {
-            type: "button", class: "toggle", lang: code, "aria-pressed": String(index === language),
-            "aria-label": languageNames[index], title: languageNames[index], onclick: () => switchLanguage(index),
-        }, code.toUpperCase())));
+    return element(
+        "div",
+        { class: "languages", role: "group", "aria-label": say("language") },
+        languages.map((code, index) =>
+            element(
+                "button",
+                {
+                    type: "button",
+                    class: "toggle",
+                    lang: code,
+                    "aria-pressed": String(index === language),
+                    "aria-label": languageNames[index],
+                    title: languageNames[index],
+                    onclick: () => switchLanguage(index),
+                },
+                code.toUpperCase(),
+            ),
+        ),
+    );
 }
 
 function showToolbar() {
     pinLink = element("a", { class: "button" });
     showPinCount();
-    document.querySelector("header.top").replaceChildren(...[
-        element("h1", {}, element("a", { href: "#" }, model.name || say("materials"))),
-        element("div", { class: "tools" }, ...[pinLink, unitsMenu(), languageButtons()].filter(Boolean))]);
+    document
+        .querySelector("header.top")
+        .replaceChildren(
+            ...[
+                element("h1", {}, element("a", { href: "#" }, model.name || say("materials"))),
+                element(
+                    "div",
+                    { class: "tools" },
+                    ...[pinLink, unitsMenu(), languageButtons()].filter(Boolean),
+                ),
+            ],
+        );
 }
 
 /** A menu closes when something else is used. */
