@@ -19,8 +19,10 @@ TOOL_FOLDERS = {
     "check": ["common", "database", "annotations"],
     "writing": ["common", "database", "annotations", "input", "check"],
     "comparison": ["common", "database", "annotations", "writing"],
-    "commands": ["common", "units", "database", "annotations", "input", "output", "check", "comparison", "writing"],
+    "commands": ["common", "units", "database", "annotations", "input", "output", "check", "comparison", "writing",
+                 "page"],
     "help": ["common", "database", "annotations", "output", "commands"],
+    "page": ["common", "units", "database", "annotations", "output"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
 OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],

@@ -159,8 +159,8 @@ Water (0), H2O: H₂O
               for arguments in (["list", "empty"], ["check", "notes"], ["export", "empty"])),
             (["lst", "db"], 2, 'there is no command "lst"; near matches: list'),
             (["add", "phaze", "db"], 2, 'there is no command "phaze"; near matches: phase'),
-            (["frobnicate"], 2, 'there is no command "frobnicate"; there are: list, get, find, plot, check, export, import, diff, add, set, remove, new'),
-            ([], 2, 'a command is missing behind "qmdb"; there are: list, get, find, plot, check, export, import, diff, add, set, remove, new\n'
+            (["frobnicate"], 2, 'there is no command "frobnicate"; there are: list, get, find, plot, check, export, page, import, diff, add, set, remove, new'),
+            ([], 2, 'a command is missing behind "qmdb"; there are: list, get, find, plot, check, export, page, import, diff, add, set, remove, new\n'
              '"qmdb --help" tells what they do'),
             (["add"], 2, 'a command is missing behind "qmdb add"; there are: substance, phase, change, parameter, description\n'
              '"qmdb add --help" tells what they do'),

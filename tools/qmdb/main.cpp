@@ -59,9 +59,10 @@ void addCommands(CLI::App& app, tool::Action& action)
                "  qmdb get materials Water:Liquid Density --at P=1e6,T=350\n"
                "  qmdb plot materials Copper Iron \"Thermal conductivity\" --phase Solid -o metals.svg\n"
                "  qmdb export materials --sqlite materials.sqlite");
-    for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addFindCommand, tool::addPlotCommand,
-             tool::addCheckCommand, tool::addExportCommand, tool::addImportCommand, tool::addDiffCommand,
-             addAddCommand, tool::addSetCommand, tool::addRemoveCommand, tool::addNewCommand }) {
+    for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addFindCommand,
+             tool::addPlotCommand, tool::addCheckCommand, tool::addExportCommand, tool::addPageCommand,
+             tool::addImportCommand, tool::addDiffCommand, addAddCommand, tool::addSetCommand,
+             tool::addRemoveCommand, tool::addNewCommand }) {
         add(app, action);
     }
 }

@@ -12,6 +12,7 @@ void addFindCommand(CLI::App& app, Action& action);
 void addPlotCommand(CLI::App& app, Action& action);
 void addCheckCommand(CLI::App& app, Action& action);
 void addExportCommand(CLI::App& app, Action& action);
+void addPageCommand(CLI::App& app, Action& action);
 void addNewCommand(CLI::App& app, Action& action);
 void addSetCommand(CLI::App& app, Action& action);
 void addDiffCommand(CLI::App& app, Action& action);

@@ -81,7 +81,7 @@ Database::Database(const Location& location)
         fmt::format("cannot open \"{}\"", location.directory));
     auto complaints = log_.newErrors();
     std::erase_if(complaints, [](const std::string& line) { return isMissingTable(line); });
-    if (!complaints.empty()) {
+    if (!complaints.empty() && !location.quiet) {
         fmt::print(
             stderr, "qmdb: warning: {}\nqmdb: {}\n", fmt::join(complaints, "; "), checkHint(directory_));
     }

@@ -15,6 +15,7 @@ struct Location {
     std::string directory;
     std::string language = "en";
     std::string logDirectory;
+    bool quiet = false; ///< do not tell what the log complains of at opening
 };
 
 /// An open database: the exported functions with texts and lists as C++ knows them.

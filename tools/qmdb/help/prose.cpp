@@ -70,6 +70,10 @@ constexpr std::array prose {
         "The file appears under its name when it is complete; until then what stood there stays. With "
         "--units what "
         "can be converted is, and the rest stays as it is." },
+    CommandProse { "page",
+        "The page holds everything, its data and its program, and needs no network. It shows the materials "
+        "in English and "
+        "Russian, with charts to compare, other units, and values at a point." },
     CommandProse { "import",
         "Takes what export writes, and CSV that a person makes: a row for each number, columns in any order "
         "by the names "
