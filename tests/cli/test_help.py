@@ -58,7 +58,7 @@ class Completing(CommandTest):
             ("add substance db X --component Sa", "begins", ["Salt:"]), ("add substance db X --comment ", "words", []),
             ("add parameter db Water --phase Liquid ", "words", ["Density"]),
             ("add change db Water M --from I", "words", ["Ice"]), ("add parameter db Water --value -1 -", "words", None),
-            ("list nowhere W", None, []), ("get db Nothing ", None, []), ("list db -- --", "words", []),
+            ("add parameter db W D --h", "words", ["--help"]), ("list nowhere W", None, []), ("get db Nothing ", None, []), ("list db -- --", "words", []),
         ]:
             with self.subTest(words):
                 given, found = self.candidates(*(words.split(" ") if isinstance(words, str) else words))

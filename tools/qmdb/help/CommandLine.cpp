@@ -36,9 +36,10 @@ std::vector<const CLI::Option*> visibleOptions(const CLI::App& command)
 {
     auto options = command.get_options(
         [](const CLI::Option* option) { return option->nonpositional() && !option->get_group().empty(); });
-    for (const CLI::App* group :
-        command.get_subcommands([](const CLI::App* app) { return app->get_name().empty(); })) {
-        const auto more = visibleOptions(*group);
+    const auto isGroup = [](const CLI::App* app) { return app->get_name().empty(); };
+    for (const CLI::App* group : command.get_subcommands(isGroup)) {
+        auto more = visibleOptions(*group);
+        std::erase(more, group->get_help_ptr()); // each group has one of its own
         options.insert(options.end(), more.begin(), more.end());
     }
     return options;
