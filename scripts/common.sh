@@ -38,3 +38,25 @@ install_packages() {
     begin "looking for the compiler, libraries and tools"
     "$root/scripts/install-packages" "$@"
 }
+
+# Sets python to one with the packages of the module's tests: a virtual environment at the pinned versions, or
+# else Debian's own, which has fewer.
+prepare_python() {
+    local requirements=$root/python/requirements.txt environment=$1
+    python=$environment/bin/python
+    if cmp --quiet "$requirements" "$environment/requirements.txt"; then
+        return
+    fi
+    install_packages python3-venv
+    begin "installing the packages of $requirements in $environment"
+    if python3 -m venv --clear "$environment" && "$python" -m pip install --quiet --disable-pip-version-check \
+        --require-hashes --only-binary=:all: --requirement "$requirements" >"$scratch/output" 2>&1; then
+        cp "$requirements" "$environment"
+        return
+    fi
+    tail --lines=2 "$scratch/output"
+    install_packages python3-numpy python3-pandas python3-matplotlib python3-pytest python3-hypothesis
+    python=/usr/bin/python3
+    echo "$script: the Python package index cannot be used: the tests of the Python module run with Debian's packages;" \
+        "left out is what needs pyarrow, dask, duckdb, mypy, ruff and auditwheel"
+}

@@ -17,11 +17,14 @@ TOOL_FOLDERS = {
     "input": ["common", "database"],
     "output": ["common", "database", "annotations"],
     "check": ["common", "database", "annotations"],
-    "commands": ["common", "units", "database", "annotations", "input", "output", "check"],
+    "writing": ["common", "database", "annotations", "input", "check"],
+    "comparison": ["common", "database", "annotations", "writing"],
+    "commands": ["common", "units", "database", "annotations", "input", "output", "check", "comparison", "writing"],
     "help": ["common", "database", "annotations", "output", "commands"],
 }
 # What of the library's own code may be included elsewhere: the rules of the file format, and handles.
 OTHERS = {TOOL + "annotations": ["src/format"], TOOL + "check": ["src/format"],
+    TOOL + "writing": ["src/format"],
     "bench": ["src/format", "src/qm/handles.h"]}
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 

@@ -23,8 +23,8 @@
  * 7. Databases opened separately may be used from separate threads at once: they share nothing but
  *    perhaps a log file. Calls on one database are the host's to serialise, its closing included; the
  *    library starts no threads. The locale must not change while a call runs. An addition of a
- *    parameter locks its directory against other processes while it lasts; substances, phases and
- *    phase changes that two processes add at once may get one ID.
+ *    parameter locks its directory against other processes while it lasts; of substances, phases and
+ *    phase changes that two processes add at once, two may get one ID, or one be refused with -6.
  * 8. File names are converted to the process's locale (LC_CTYPE) and back, and so are files without a
  *    UTF-8 mark. Call setlocale(LC_CTYPE, "C.UTF-8") or the like before the first call if names or
  *    paths may go beyond ASCII. Numbers in files do not depend on any locale: they are read and
@@ -53,13 +53,11 @@ extern "C" {
  * gives two independent databases.
  *
  * @param path        the database's root directory.
- * @param language    a text that begins with "ru" selects the string table "strings.lst", any
- *                    other "default.lst". A missing table is no failure: names then come from the
- *                    descriptors.
+ * @param language    a text that begins with "ru" selects the string table "strings.lst", any other
+ *                    "default.lst". A missing table is no failure: names then come from the descriptors.
  * @param logDir      directory of "qmdb.log"; empty: the database's root directory.
  * @param logInfo     true: write informational lines too; errors are always written.
- * @param databaseId  receives the new ID, 1 or more and never issued again in this process; -1 on
- *                    failure.
+ * @param databaseId  receives the new ID, 1 or more and never issued again in this process; -1 on failure.
  * @return QMDB_OK (0);
  *         QMDB_E_NULL_POINTER (-4): databaseId is null (nothing is opened);
  *         QMDB_E_FILE (-6): a descriptor cannot be opened, a directory holds several descriptors of
@@ -81,6 +79,7 @@ int qmdbOpen(
  * Closes a database and frees all that it holds in memory. Arrays and values handed out stay valid.
  * Databases still open when the library is unloaded are closed then.
  *
+ * @param databaseId  ID that qmdbOpen() has given.
  * @return QMDB_OK (0); QMDB_E_NOT_FOUND (-2): unknown database, or one that has been closed.
  */
 int qmdbClose(long databaseId);
@@ -88,22 +87,26 @@ int qmdbClose(long databaseId);
 /**
  * Lists the substances.
  *
+ * @param databaseId    ID that qmdbOpen() has given.
  * @param[out] matters  new array; release it with qmdbDestroyMatterArray().
  * @param[out] count    number of substances, also when the call fails with -11 or -12; otherwise 0 on
  *                      failure.
  * @return QMDB_OK (0); QMDB_E_NOT_FOUND (-2): unknown database; QMDB_E_NULL_POINTER (-4);
  *         QMDB_E_EMPTY (-9): no substances;
  *         QMDB_E_NUMBER (-11): a molar fraction of some mixture is not a number;
- *         QMDB_E_FORMAT (-12): the composition of some mixture is laid out wrongly. A fraction of one
- *         character at the very end, as in "12:1", counts as such: write "12:1.0";
+ *         QMDB_E_FORMAT (-12): the composition of some mixture is laid out wrongly;
  *         QMDB_E_INTERNAL (-5): see convention 6.
+ *         A fraction of one character at the very end, as in "12:1", is laid out wrongly: write "12:1.0".
  */
 int qmdbGetMatters(long databaseId, MATTER** matters, int* count);
 
 /**
  * Lists the phases of a substance.
  *
+ * @param databaseId   ID that qmdbOpen() has given.
+ * @param matterId     substance ID.
  * @param[out] phases  new array of *count records; release it with qmdbDestroyPhasesArray().
+ * @param[out] count   number of records; 0 on failure.
  * @return QMDB_OK (0); QMDB_E_NOT_FOUND (-2): unknown database or substance; QMDB_E_NULL_POINTER (-4);
  *         QMDB_E_EMPTY (-9): no substances, or no phases; QMDB_E_INTERNAL (-5): see convention 6.
  */
@@ -112,7 +115,10 @@ int qmdbGetPhases(long databaseId, long matterId, PHASE** phases, int* count);
 /**
  * Lists the phase changes of a substance.
  *
+ * @param databaseId    ID that qmdbOpen() has given.
+ * @param matterId      substance ID.
  * @param[out] changes  new array of *count records; release it with qmdbDestroyPhaseChangeArray().
+ * @param[out] count    number of records; 0 on failure.
  * @return QMDB_OK (0); QMDB_E_NOT_FOUND (-2): unknown database or substance; QMDB_E_NULL_POINTER (-4);
  *         QMDB_E_EMPTY (-9): no substances, or no phase changes; QMDB_E_INTERNAL (-5): see
  *         convention 6.
@@ -123,7 +129,10 @@ int qmdbGetPhaseChanges(long databaseId, long matterId, PHASECHANGE** changes, i
  * Lists the parameters of a substance itself. Name and units come from the parameter's description
  * and are empty where it has none.
  *
+ * @param databaseId   ID that qmdbOpen() has given.
+ * @param matterId     substance ID.
  * @param[out] params  new array of *count records; release it with qmdbDestroyParametersArray().
+ * @param[out] count   number of records; 0 on failure.
  * @return QMDB_OK (0); QMDB_E_NOT_FOUND (-2): unknown database or substance; QMDB_E_NULL_POINTER (-4);
  *         QMDB_E_EMPTY (-9): no substances, or no parameters; QMDB_E_INTERNAL (-5): see convention 6.
  */
@@ -132,7 +141,11 @@ int qmdbGetMatterParams(long databaseId, long matterId, PARAMETER** params, int*
 /**
  * Lists the parameters of a phase, as qmdbGetMatterParams() does.
  *
+ * @param databaseId   ID that qmdbOpen() has given.
+ * @param matterId     substance ID.
+ * @param phaseId      phase ID.
  * @param[out] params  new array of *count records; release it with qmdbDestroyParametersArray().
+ * @param[out] count   number of records; 0 on failure.
  * @return QMDB_OK (0); QMDB_E_NOT_FOUND (-2): unknown database, substance or phase;
  *         QMDB_E_NULL_POINTER (-4);
  *         QMDB_E_EMPTY (-9): no substances, the substance has no phases, or the phase no parameters;
@@ -143,7 +156,11 @@ int qmdbGetPhaseParams(long databaseId, long matterId, long phaseId, PARAMETER**
 /**
  * Lists the parameters of a phase change, as qmdbGetMatterParams() does.
  *
- * @param[out] params  new array of *count records; release it with qmdbDestroyParametersArray().
+ * @param databaseId     ID that qmdbOpen() has given.
+ * @param matterId       substance ID.
+ * @param phaseChangeId  phase-change ID.
+ * @param[out] params    new array of *count records; release it with qmdbDestroyParametersArray().
+ * @param[out] count     number of records; 0 on failure.
  * @return QMDB_OK (0); QMDB_E_NOT_FOUND (-2): unknown database, substance or phase change;
  *         QMDB_E_NULL_POINTER (-4);
  *         QMDB_E_EMPTY (-9): no substances, the substance has no phase changes, or the change no
@@ -158,8 +175,13 @@ int qmdbGetPhaseChangeParams(
  * The parameter belongs to the substance itself when phaseId and phaseChangeId are both -1, else
  * to the phase or the phase change given.
  *
- * @param[out] value  new object in the units of the parameter's description, see values.h for its
- *                    class; release it with qmdbDestroyParameterData(). Null on failure.
+ * @param databaseId     ID that qmdbOpen() has given.
+ * @param matterId       substance ID.
+ * @param phaseId        phase ID, or -1.
+ * @param phaseChangeId  phase-change ID, or -1.
+ * @param paramId        parameter ID.
+ * @param[out] value     new object in the units of the parameter's description, see values.h for its class;
+ *                       release it with qmdbDestroyParameterData(). Null on failure.
  * @return QMDB_OK (0);
  *         QMDB_E_NOT_FOUND (-2): phaseId and phaseChangeId both given (checked first; *value stays as
  *         it was), unknown database, substance, phase, phase change or parameter, or a stored type
@@ -186,11 +208,12 @@ int qmdbGetParamValue(
  * The additions write to the disk before they return: the new directory, and then its descriptor,
  * which appears complete or not at all whenever the host or the machine stops.
  *
- * @param matter  name, comment, mixture and, when mixture is not 0, the composition, whose
- *                fractions must add up to 0.99 to 1.0 (no tolerance above). Fractions are kept to
- *                six significant digits. The ID is ignored. The record stays the caller's.
- *                A single component of fraction 1 is written as "9:1", which qmdbGetMatters() then
- *                refuses; give such a substance as a pure one.
+ * @param databaseId  ID that qmdbOpen() has given.
+ * @param matter      name, comment, mixture and, when mixture is not 0, the composition, whose fractions
+ *                    must add up to 0.99 to 1.0 (no tolerance above). Fractions are kept to six significant
+ *                    digits. The ID is ignored. The record stays the caller's. A single component of
+ *                    fraction 1 is written as "9:1", which qmdbGetMatters() then refuses; give such a
+ *                    substance as a pure one.
  * @return the new substance's ID; QMDB_E_NOT_FOUND (-2): unknown database; QMDB_E_NULL_POINTER (-4);
  *         QMDB_E_DUPLICATE_NAME (-14): a substance with this display name exists (nothing is written);
  *         QMDB_E_FORMAT (-12): the composition would make a line of more than 1022 bytes, which could
@@ -205,7 +228,9 @@ int qmdbAddMatter(long databaseId, const MATTER* matter);
 /**
  * Adds a phase to a substance. Durability as for qmdbAddMatter().
  *
- * @param phase  name and aggregate state, which is not checked. The ID is ignored.
+ * @param databaseId  ID that qmdbOpen() has given.
+ * @param matterId    substance ID.
+ * @param phase       name and aggregate state, which is not checked. The ID is ignored.
  * @return the new phase's ID; QMDB_E_NOT_FOUND (-2): unknown database or substance;
  *         QMDB_E_NULL_POINTER (-4); QMDB_E_EMPTY (-9): no substances;
  *         QMDB_E_DUPLICATE_NAME (-14): the substance has a phase with this display name (nothing is
@@ -216,7 +241,9 @@ int qmdbAddPhase(long databaseId, long matterId, const PHASE* phase);
 /**
  * Adds a phase change to a substance. Durability as for qmdbAddMatter().
  *
- * @param change  name and the IDs of two phases, which are not checked. The ID is ignored.
+ * @param databaseId  ID that qmdbOpen() has given.
+ * @param matterId    substance ID.
+ * @param change      name and the IDs of two phases, which are not checked. The ID is ignored.
  * @return the new phase change's ID; QMDB_E_NOT_FOUND (-2): unknown database or substance;
  *         QMDB_E_NULL_POINTER (-4); QMDB_E_EMPTY (-9): no substances;
  *         QMDB_E_DUPLICATE_NAME (-14): the substance has a phase change with this display name (nothing
@@ -231,12 +258,14 @@ int qmdbAddPhaseChange(long databaseId, long matterId, const PHASECHANGE* change
  * a number, and then a head that names the file appears, complete or not at all. Both are on the
  * disk when the function returns.
  *
- * @param param  ID, type and vector flag; they must agree with the parameter's description and
- *               with the class of `value`. Name and units are ignored.
- * @param value  object of the class that `type` and `vector` call for (see values.h), in the
- *               description's units. Its own `type` and `isVector` are not looked at. It stays the
- *               caller's. The order of rows is not checked here: a table whose arguments do not
- *               increase is refused when it is read.
+ * @param databaseId  ID that qmdbOpen() has given.
+ * @param matterId    substance ID.
+ * @param param       ID, type and vector flag; they must agree with the parameter's description and with
+ *                    the class of `value`. Name and units are ignored.
+ * @param value       object of the class that `type` and `vector` call for (see values.h), in the
+ *                    description's units. Its own `type` and `isVector` are not looked at. It stays the
+ *                    caller's. The order of rows is not checked here: a table whose arguments do not
+ *                    increase is refused when it is read.
  * @return QMDB_OK (0); QMDB_E_NOT_FOUND (-2): unknown database or substance;
  *         QMDB_E_NULL_POINTER (-4): param is null, or value is null and all else is in order;
  *         QMDB_E_EMPTY (-9): no substances;
@@ -255,11 +284,16 @@ int qmdbAddPhaseChange(long databaseId, long matterId, const PHASECHANGE* change
 int qmdbAddMatterParam(long databaseId, long matterId, const PARAMETER* param, const IDbData* value);
 
 /**
- * Attaches a parameter to a phase. As qmdbAddMatterParam(), and
+ * Attaches a parameter to a phase, as qmdbAddMatterParam() does to a substance, with one more check.
  *
- * @return QMDB_E_NOT_FOUND (-2) also: the substance has no such phase (found after -15, -16 and -17);
- *         QMDB_E_STATE_NOT_ALLOWED (-19): the description does not offer the parameter for the phase's
- *         aggregate state.
+ * @param databaseId  ID that qmdbOpen() has given.
+ * @param matterId    substance ID.
+ * @param phaseId     phase ID.
+ * @param param       as for qmdbAddMatterParam().
+ * @param value       as for qmdbAddMatterParam().
+ * @return as qmdbAddMatterParam(); QMDB_E_NOT_FOUND (-2) also: the substance has no such phase (found
+ *         after -15, -16 and -17); and QMDB_E_STATE_NOT_ALLOWED (-19): the description does not offer
+ *         the parameter for the phase's aggregate state.
  */
 int qmdbAddPhaseParam(
     long databaseId, long matterId, long phaseId, const PARAMETER* param, const IDbData* value);
@@ -268,8 +302,11 @@ int qmdbAddPhaseParam(
  * Lists the parameter descriptions that may be attached to a phase by its aggregate state, whether
  * or not the phase has such a parameter already.
  *
- * @param[out] descrs  new array, or null when none qualifies; release it with
- *                     qmdbDestroyParamDescrArray().
+ * @param databaseId   ID that qmdbOpen() has given.
+ * @param matterId     substance ID.
+ * @param phaseId      phase ID.
+ * @param[out] descrs  new array, or null when none qualifies; release it with qmdbDestroyParamDescrArray().
+ * @param[out] count   number of records; 0 on failure.
  * @return QMDB_OK (0), also when none qualifies, with a count of 0; QMDB_E_NOT_FOUND (-2): unknown
  *         database, substance or phase; QMDB_E_NULL_POINTER (-4); QMDB_E_EMPTY (-9): no substances;
  *         QMDB_E_INTERNAL (-5): see convention 6.
@@ -281,15 +318,58 @@ int qmdbGetAvailablePhaseParams(
  * @name Releasing
  * Each takes the address of the caller's pointer, frees what it points to with all that hangs on
  * it, and leaves the pointer as it was.
- * @return QMDB_OK (0); QMDB_E_NULL_POINTER (-4): the pointer (or its address) is null.
  * @{
  */
+
+/**
+ * Frees a list of substances with their compositions.
+ *
+ * @param matters  address of the pointer that qmdbGetMatters() has set.
+ * @return QMDB_OK (0); QMDB_E_NULL_POINTER (-4): the pointer (or its address) is null.
+ */
 int qmdbDestroyMatterArray(MATTER** matters);
+
+/**
+ * Frees a list of phases.
+ *
+ * @param phases  address of the pointer that qmdbGetPhases() has set.
+ * @return QMDB_OK (0); QMDB_E_NULL_POINTER (-4): the pointer (or its address) is null.
+ */
 int qmdbDestroyPhasesArray(PHASE** phases);
+
+/**
+ * Frees a list of phase changes.
+ *
+ * @param changes  address of the pointer that qmdbGetPhaseChanges() has set.
+ * @return QMDB_OK (0); QMDB_E_NULL_POINTER (-4): the pointer (or its address) is null.
+ */
 int qmdbDestroyPhaseChangeArray(PHASECHANGE** changes);
+
+/**
+ * Frees a list of parameters.
+ *
+ * @param params  address of the pointer that qmdbGetMatterParams(), qmdbGetPhaseParams() or
+ * qmdbGetPhaseChangeParams() has set.
+ * @return QMDB_OK (0); QMDB_E_NULL_POINTER (-4): the pointer (or its address) is null.
+ */
 int qmdbDestroyParametersArray(PARAMETER** params);
+
+/**
+ * Frees a list of descriptions.
+ *
+ * @param descrs  address of the pointer that qmdbGetAvailablePhaseParams() has set.
+ * @return QMDB_OK (0); QMDB_E_NULL_POINTER (-4): the pointer (or its address) is null.
+ */
 int qmdbDestroyParamDescrArray(PARAMETERDESCR** descrs);
+
+/**
+ * Frees a value.
+ *
+ * @param value  address of the pointer that qmdbGetParamValue() has set.
+ * @return QMDB_OK (0); QMDB_E_NULL_POINTER (-4): the pointer (or its address) is null.
+ */
 int qmdbDestroyParameterData(IDbData** value);
+
 /** @} */
 
 #ifdef __cplusplus

@@ -19,6 +19,13 @@
 #include <stddef.h>
 #include <wchar.h>
 
+#ifdef __cplusplus
+static_assert(
+#else
+_Static_assert(
+#endif
+    sizeof(wchar_t) == 4, "libqmDatabase takes texts of 32-bit characters: compile without -fshort-wchar");
+
 /* C does not fix the type behind an enumeration, so there the enumerated types are plain ints.
    In C++ the fixed type admits every number that a file may hold. */
 

@@ -10,9 +10,9 @@
  *     2, 3   IDbDataTable       IDbDataTableVector
  *     4, 5   IDbDataTable2D     IDbDataTable2DVector
  *
- * Values and arguments are in the units of the parameter's description; the library stores numbers
- * and converts none. Rows are in strictly ascending order of `x`. The library does not
- * interpolate.
+ * Values are in the units of the parameter's description ("Units"), arguments in those that its key
+ * "ArgumentUnits" names, which the library does not hand out; it stores numbers and converts none.
+ * Rows are in strictly ascending order of `x`. The library does not interpolate.
  *
  * A value that the library hands out is the caller's, who returns it whole to
  * qmdbDestroyParameterData(). It stays valid after the database is closed. A value that the caller
@@ -30,14 +30,14 @@
 
 /** One row of a scalar table (16 bytes). */
 typedef struct TABLEROW {
-    double x; /**< argument */
-    double y; /**< value */
+    double x; /**< argument, in the units of the database: K, Pa and the like */
+    double y; /**< value, in the units of the parameter */
 } TABLEROW;
 
 /** One row of a table of vectors (32 bytes). */
 typedef struct TABLEROWVECT {
     double x; /**< argument */
-    double vx; /**< first component of the value */
+    double vx; /**< first component of the value, in the units of the parameter */
     double vy; /**< second component */
     double vz; /**< third component */
 } TABLEROWVECT;
@@ -90,40 +90,40 @@ struct IDbData {
 
 /** One number. */
 struct IDbDataConst : IDbData {
-    double value = 0;
+    double value = 0; /**< the number, in the units of the parameter */
 };
 
 /** One vector. */
 struct IDbDataConstVector : IDbData {
-    double x = 0;
-    double y = 0;
-    double z = 0;
+    double x = 0; /**< first component, in the units of the parameter */
+    double y = 0; /**< second component */
+    double z = 0; /**< third component */
 };
 
 /** A function of one argument. */
 struct IDbDataTable : IDbData {
-    TABLEROW* rows = nullptr;
+    TABLEROW* rows = nullptr; /**< rows, made with array-new; may be null */
     long count = 0; /**< number of rows */
     ~IDbDataTable() override { delete[] rows; }
 };
 
 /** A vector function of one argument. */
 struct IDbDataTableVector : IDbData {
-    TABLEROWVECT* rows = nullptr;
+    TABLEROWVECT* rows = nullptr; /**< rows, made with array-new; may be null */
     long count = 0; /**< number of rows */
     ~IDbDataTableVector() override { delete[] rows; }
 };
 
 /** A function of two arguments: one subtable for each first argument, in file order. */
 struct IDbDataTable2D : IDbData {
-    SUBTABLECONST* subtables = nullptr;
+    SUBTABLECONST* subtables = nullptr; /**< subtables, made with array-new; may be null */
     long count = 0; /**< number of subtables */
     ~IDbDataTable2D() override { delete[] subtables; }
 };
 
 /** A vector function of two arguments: one subtable for each first argument, in file order. */
 struct IDbDataTable2DVector : IDbData {
-    SUBTABLEVECT* subtables = nullptr;
+    SUBTABLEVECT* subtables = nullptr; /**< subtables, made with array-new; may be null */
     long count = 0; /**< number of subtables */
     ~IDbDataTable2DVector() override { delete[] subtables; }
 };
@@ -153,43 +153,43 @@ typedef struct IDbData {
 
 /** One number. */
 typedef struct IDbDataConst {
-    IDbData head;
-    double value;
+    IDbData head; /**< type and form */
+    double value; /**< the number, in the units of the parameter */
 } IDbDataConst;
 
 /** One vector. */
 typedef struct IDbDataConstVector {
-    IDbData head;
-    double x;
-    double y;
-    double z;
+    IDbData head; /**< type and form */
+    double x; /**< first component, in the units of the parameter */
+    double y; /**< second component */
+    double z; /**< third component */
 } IDbDataConstVector;
 
 /** A function of one argument. */
 typedef struct IDbDataTable {
-    IDbData head;
-    TABLEROW* rows;
+    IDbData head; /**< type and form */
+    TABLEROW* rows; /**< the rows; may be null when count is 0 */
     long count; /**< number of rows */
 } IDbDataTable;
 
 /** A vector function of one argument. */
 typedef struct IDbDataTableVector {
-    IDbData head;
-    TABLEROWVECT* rows;
+    IDbData head; /**< type and form */
+    TABLEROWVECT* rows; /**< the rows; may be null when count is 0 */
     long count; /**< number of rows */
 } IDbDataTableVector;
 
 /** A function of two arguments: one subtable for each first argument, in file order. */
 typedef struct IDbDataTable2D {
-    IDbData head;
-    SUBTABLECONST* subtables;
+    IDbData head; /**< type and form */
+    SUBTABLECONST* subtables; /**< the subtables; may be null when count is 0 */
     long count; /**< number of subtables */
 } IDbDataTable2D;
 
 /** A vector function of two arguments: one subtable for each first argument, in file order. */
 typedef struct IDbDataTable2DVector {
-    IDbData head;
-    SUBTABLEVECT* subtables;
+    IDbData head; /**< type and form */
+    SUBTABLEVECT* subtables; /**< the subtables; may be null when count is 0 */
     long count; /**< number of subtables */
 } IDbDataTable2DVector;
 

@@ -1,10 +1,5 @@
 #include "files/CFreeNumbers.h"
 
-bool CFreeNumbers::isReserved(std::size_t number) const
-{
-    return number < end_ ? !gaps_.contains(number) : beyond_.contains(number);
-}
-
 void CFreeNumbers::reserve(std::size_t number)
 {
     if (number < end_) {

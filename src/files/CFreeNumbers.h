@@ -7,7 +7,6 @@
 /// without a gap take no memory.
 class CFreeNumbers {
 public:
-    bool isReserved(std::size_t number) const;
     void reserve(std::size_t number);
     void release(std::size_t number);
 

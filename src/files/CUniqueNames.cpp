@@ -106,16 +106,24 @@ void CUniqueNames::stopWatching(Place& place) noexcept
 
 void CUniqueNames::readChanges()
 {
-    watch_->read([this](const qm::CQMDirectoryWatch::Change& change) { apply(change); });
+    if (!watch_->read([this](const qm::CQMDirectoryWatch::Change& change) { apply(change); })) {
+        forgetListings();
+    }
+}
+
+/// For when changes may have been missed.
+void CUniqueNames::forgetListings() noexcept
+{
+    for (Place& place : places_) {
+        place.isListed = false;
+    }
 }
 
 void CUniqueNames::apply(const qm::CQMDirectoryWatch::Change& change)
 {
     using Kind = qm::CQMDirectoryWatch::Kind;
     if (change.kind == Kind::Overflow) {
-        for (Place& place : places_) {
-            place.isListed = false;
-        }
+        forgetListings();
         return;
     }
     const auto place = std::ranges::find(places_, change.watch, &Place::watch);

@@ -44,6 +44,7 @@ private:
     bool isWatched(Place& place, const CDirectory& directory);
     void stopWatching(Place& place) noexcept;
     void readChanges();
+    void forgetListings() noexcept;
     void apply(const qm::CQMDirectoryWatch::Change& change);
     bool list(Place& place, const CDirectory& directory);
     static bool hasUncheckedLink(Place& place, const CDirectory& directory);

@@ -3,6 +3,7 @@
 #include "qm/retry.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdint>
 #include <linux/magic.h>
@@ -62,6 +63,7 @@ bool CQMDirectoryWatch::fill() noexcept
         return false;
     }
     const ssize_t count = retried([this] { return ::read(handle_.get(), buffer_.data(), buffer_.size()); });
+    failed_ = count == 0 || (count < 0 && errno != EAGAIN);
     if (count <= 0) {
         return false;
     }

@@ -35,9 +35,10 @@ public:
     int add(int directory) noexcept;
     void remove(int watch) noexcept;
 
-    /// Calls `use` with each change up to now, in their order. Never waits.
+    /// Calls `use` with each change up to now, in their order; false when there may be more that cannot be
+    /// read. Never waits.
     template <class Use>
-    void read(Use&& use)
+    bool read(Use&& use)
     {
         while (fill()) {
             for (std::size_t at = 0; at < size_;) {
@@ -46,6 +47,7 @@ public:
                 at += sizeof(inotify_event) + event.len;
             }
         }
+        return !failed_;
     }
 
 private:
@@ -55,6 +57,7 @@ private:
 
     FileHandle handle_;
     bool drained_ = false;
+    bool failed_ = false;
     std::size_t size_ = 0;
     alignas(inotify_event) std::array<char, 8192> buffer_;
 };

@@ -118,7 +118,7 @@ bool isUnknownOperation(int number)
 FileHandle CQMFileSystem::Open(const NativePath& path, int flags, mode_t mode)
 {
     const ShortPath way(path);
-    flags |= O_CLOEXEC;
+    flags |= O_CLOEXEC | O_NOCTTY; // a terminal in a tree must not become the host's
     int descriptor = open(way, flags | O_NONBLOCK, mode);
     if (descriptor < 0 && errno == EWOULDBLOCK && isRegular(way)) {
         descriptor = open(way, flags, mode); // it is leased, and the lease's holder gives it up
@@ -160,6 +160,24 @@ bool CQMFileSystem::IsLink(const NativePath& path)
     struct stat status { };
     return retried([&] { return ::fstatat(way.directory(), way.rest(), &status, AT_SYMLINK_NOFOLLOW); }) == 0
         && S_ISLNK(status.st_mode);
+}
+
+NativePath CQMFileSystem::FollowLinks(NativePath path)
+{
+    constexpr int mostLinks = 40; // as many as the system follows
+    std::array<char, PATH_MAX> target;
+    for (int links = 0; links <= mostLinks; ++links) {
+        const ShortPath way(path);
+        const ssize_t size = retried(
+            [&] { return ::readlinkat(way.directory(), way.rest(), target.data(), target.size()); });
+        if (size < 0) {
+            return errno == EINVAL || errno == ENOENT ? path : NativePath {};
+        }
+        const std::string_view text(target.data(), static_cast<std::size_t>(size));
+        const std::size_t start = text.starts_with('/') ? 0 : path.path.rfind('/') + 1;
+        path.path.replace(start, std::string::npos, text);
+    }
+    return {};
 }
 
 bool CQMFileSystem::FileExists(const NativePath& path)
@@ -226,6 +244,17 @@ bool CQMFileSystem::FlushDirectory(int descriptor) noexcept
 {
     return retried([&] { return ::fsync(descriptor); }) == 0 || isUnknownOperation(errno) || errno == ENOTTY
         || errno == EBADF;
+}
+
+bool CQMFileSystem::FlushDirectoryOf(const NativePath& path)
+{
+    if (path.path.empty()) {
+        return false;
+    }
+    const std::size_t end = path.path.rfind('/');
+    const FileHandle directory = OpenDirectory({ path.directory,
+        end == std::string::npos ? "." : path.path.substr(0, std::max<std::size_t>(end, 1)) });
+    return directory ? FlushDirectory(directory.get()) : errno == EACCES;
 }
 
 void CQMFileSystem::ThrowMakeDirError(int number)

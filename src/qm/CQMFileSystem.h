@@ -39,6 +39,9 @@ public:
     /// nothing either.
     static bool IsAbsence(int number) noexcept;
     static bool IsLink(const NativePath& path);
+    /// Where links lead to, whether something stands there or not; the path itself when it is no link. The
+    /// path is empty when that cannot be found out.
+    static NativePath FollowLinks(NativePath path);
     /// True when the path can be opened for reading; a directory can.
     static bool FileExists(const NativePath& path);
 
@@ -57,6 +60,8 @@ public:
     /// operation; else false with errno set.
     static bool FlushFile(int descriptor) noexcept;
     static bool FlushDirectory(int descriptor) noexcept;
+    /// Flushes the directory that an entry lies in. True as well where it may not be opened.
+    static bool FlushDirectoryOf(const NativePath& path);
 
     /// Throws what MakeDir() throws for an error number.
     [[noreturn]] static void ThrowMakeDirError(int number);

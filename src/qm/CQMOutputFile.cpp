@@ -35,6 +35,12 @@ bool writeInPlace(const NativePath& path, std::string_view bytes, int flags)
     return file.finish();
 }
 
+/// A link may have made its file in another directory, which the caller does not flush.
+bool flushWhereLinksLead(const NativePath& path)
+{
+    return !CQMFileSystem::IsLink(path) || CQMFileSystem::FlushDirectoryOf(CQMFileSystem::FollowLinks(path));
+}
+
 /// A file beside its target, removed unless it is moved there.
 class TemporaryFile {
 public:
@@ -105,7 +111,7 @@ void CQMOutputFile::append(std::string_view bytes)
 bool CQMOutputFile::finish()
 {
     writeOut();
-    finished_ = good_ && CQMFileSystem::FlushFile(file_.get());
+    finished_ = good_ && CQMFileSystem::FlushFile(file_.get()) && flushWhereLinksLead(path_);
     return finished_;
 }
 

@@ -25,7 +25,8 @@ public:
     /// Collects bytes and writes them in pieces, up to the first failure.
     void append(std::string_view bytes);
 
-    /// Writes what is left and flushes the file to the disk; false when anything has gone wrong.
+    /// Writes what is left and flushes the file to the disk, where a link leads to it with its entry; false
+    /// when anything has gone wrong.
     bool finish();
 
     /// Takes finish() back.

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that the library exports the interface's functions and nothing else, and its SONAME.
+"""Checks that the library exports the interface's functions under their version and nothing else, and its SONAME.
 
 Usage: exports.py NM READELF LIBRARY
 """
@@ -21,8 +21,8 @@ def output(*command):
 
 
 nm, readelf, library = sys.argv[1:]
-expected = sorted(f"T qmdb{name}" for name in FUNCTIONS)
-exported = sorted(line.split(maxsplit=1)[1] for line in output(nm, "-D", "--defined-only", library).splitlines())
+expected = sorted(["A QMDATABASE_1", *(f"T qmdb{name}@@QMDATABASE_1" for name in FUNCTIONS)])
+exported = sorted(line.split(maxsplit=1)[1] for line in output(nm, "-D", "--defined-only", "--with-symbol-versions", library).splitlines())
 if exported != expected:
     sys.exit(f"missing: {sorted(set(expected) - set(exported))}\nextra: {sorted(set(exported) - set(expected))}")
 

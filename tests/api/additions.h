@@ -12,7 +12,7 @@ namespace test {
 template <std::size_t size>
 void fill(wchar_t (&field)[size], std::wstring_view text)
 {
-    std::fill(std::copy_n(text.begin(), std::min(size, text.size()), field), field + size, L'\0');
+    std::fill(field + text.copy(field, size), field + size, L'\0');
 }
 
 struct NewMatter {

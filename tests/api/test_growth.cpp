@@ -181,6 +181,62 @@ TEST(Growth, namesThatListingsBeforeAndAfterAllow)
     EXPECT_GT(judged, 100);
 }
 
+// The system drops what nobody has read for long, and says so.
+TEST(Growth, afterMoreChangesThanTheSystemKeeps)
+{
+    const TempDatabase tree(Tree { { "default.lst", "" } });
+    const OpenDatabase db(tree);
+    EXPECT_TRUE(addNumbered(db.id, 0) == 0 && addNumbered(db.id, 1) == 1);
+    std::ifstream in("/proc/sys/fs/inotify/max_queued_events");
+    long most = 0;
+    in >> most;
+    for (long i = 0; i < std::min(most, 100000L); ++i) { // two changes each
+        const std::string path = tree.root() + "/entry";
+        std::ofstream(path).close();
+        fs::remove(path);
+    }
+    tree.make({ "Substance3/", "" });
+    EXPECT_EQ(addNumbered(db.id, 2), 2);
+    EXPECT_TRUE(tree.exists("Substance4/Substance4.mtd"));
+}
+
+// Where a new directory gets the old one's inode, as on ext4, it is none the less another one.
+TEST(Growth, inADirectoryThatHasGoneAndComeAgain)
+{
+    const TempDatabase tree(Tree { { "default.lst", "" } });
+    const OpenDatabase db(tree);
+    EXPECT_EQ(addNumbered(db.id, 0), 0);
+    EXPECT_TRUE(addPhase(db.id, 0, L"A", 1) == 0 && addPhase(db.id, 0, L"B", 1) == 1);
+    fs::remove_all(tree.root() + "/Substance1");
+    EXPECT_EQ(addPhase(db.id, 0, L"C", 1), QMDB_E_FILE);
+    fs::create_directory(tree.root() + "/Substance1");
+    tree.make({ "Substance1/Phase1/", "" });
+    EXPECT_GE(addPhase(db.id, 0, L"D", 1), 0);
+    EXPECT_TRUE(tree.exists("Substance1/Phase2/Phase2.phd"));
+    EXPECT_GE(addPhase(db.id, 0, L"E", 1), 0);
+    EXPECT_TRUE(tree.exists("Substance1/Phase3/Phase3.phd"));
+}
+
+TEST(Growth, inMoreDirectoriesThanAreWatched)
+{
+    constexpr int number = 12;
+    const TempDatabase tree(Tree { { "default.lst", "" } });
+    const OpenDatabase db(tree);
+    for (int i = 0; i < number; ++i) {
+        EXPECT_EQ(addNumbered(db.id, i), i);
+    }
+    for (int round = 1; round < 10; round += 3) {
+        for (int i = 0; i < number; ++i) {
+            const std::string substance = substanceName(i + 1);
+            EXPECT_GE(addPhase(db.id, i, std::to_wstring(round), 1), 0);
+            EXPECT_GE(addPhase(db.id, i, std::to_wstring(round) + L".", 1), 0);
+            tree.make({ substance + "/Phase" + std::to_string(round + 2) + "/", "" });
+            EXPECT_TRUE(tree.exists(substance + "/Phase" + std::to_string(round + 1) + "/Phase"
+                + std::to_string(round + 1) + ".phd"));
+        }
+    }
+}
+
 // The two processes share what the system reports of the directory; each must see all of it.
 TEST(Growth, bothProcessesOfAForkFindTheFirstFreeNumber)
 {

@@ -1,12 +1,10 @@
-// Opening and closing: the registry, the log of a whole open, refusals, skipping, logs and tables.
+// Opening and closing: the registry, the log of a whole open, refusals, where the log goes, odd roots.
 
 #include "support/OpenDatabase.h"
 #include "support/trees.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <sys/resource.h>
 
 namespace {
@@ -68,36 +66,6 @@ TEST(OpenLog, wholeDatabase)
         "Process subdirectory: $\n"
         "Parameter description has been added to database, ID=7\n"
         "Parameter descriptions have been added to database, 1\n");
-}
-
-constexpr const char* emptyDatabaseLog = "Database path: $\n"
-                                         "ERROR: Cannot open file: $/default.lst\n"
-                                         "Start to search for materials\n"
-                                         "Process subdirectory one level: $\n"
-                                         "Materials have been added to database0\n"
-                                         "Start to search for parameter descriptions\n"
-                                         "Process subdirectory: $\n"
-                                         "Parameter descriptions have been added to database, 0\n";
-
-TEST(OpenLog, emptyDatabase)
-{
-    const TempDatabase tree({});
-    const OpenDatabase db(tree, { .logInfo = true });
-    EXPECT_EQ(db.code, QMDB_OK);
-    EXPECT_EQ(tree.log(), emptyDatabaseLog);
-    EXPECT_EQ(listing(db.id), "");
-}
-
-TEST(OpenLog, negativeIdsAreWrittenUnsigned)
-{
-    const TempDatabase tree({ { "default.lst", "" }, { "I/i.mtd", "ID=-1\nName=\nMixture=\nComposition=\n" },
-        { "I/P/p.phd", "ID=-2\nName=\nAggreg=\n" } });
-    const OpenDatabase db(tree, { .logInfo = true });
-    EXPECT_NE(
-        tree.log().find("Phase has been added to database,ID=18446744073709551614\n"), std::string::npos);
-    EXPECT_NE(
-        tree.log().find("Material has been added to database, ID=18446744073709551615\n"), std::string::npos);
-    EXPECT_EQ(listing(db.id), "matter -1 '' '' mixture 0\n  phase -2 '' state 0\n");
 }
 
 TEST(OpenLog, directory)
@@ -163,130 +131,6 @@ TEST(Open, refusesBrokenDatabases)
     }
 }
 
-struct RequiredCase {
-    const char* file;
-    std::vector<std::string> keys;
-    const char* owners; // what is logged after the line for the file itself
-};
-
-const RequiredCase requiredCases[] = {
-    { "W/w.mtd", { "ID", "Name", "Mixture", "Composition" }, "ERROR: Cannot load matter file: $/W/w.mtd\n" },
-    { "W/L/l.phd", { "ID", "Name", "Aggreg" },
-        "ERROR: Cannot load phase file: $/W/L/l.phd\nERROR: Cannot load matter file: $/W/w.mtd\n" },
-    { "W/M/m.pcd", { "ID", "Name", "Phase1", "Phase2" },
-        "ERROR: Cannot load phase change file: $/W/M/m.pcd\nERROR: Cannot load matter file: $/W/w.mtd\n" },
-    { "7.prd", { "ID", "Name", "Units", "Binary" },
-        "ERROR: Cannot load parameter description file: $/7.prd\n" },
-    { "W/own.prh", { "ID", "Vector", "Type", "Data" },
-        "ERROR: Cannot load parameter head file: $/W/own.prh\nERROR: Cannot load matter file: $/W/w.mtd\n" },
-    { "W/M/h.prh", { "ID", "Vector", "Type", "Data" },
-        "ERROR: Cannot load parameter head file: $/W/M/h.prh\n"
-        "ERROR: Cannot load phase change file: $/W/M/m.pcd\nERROR: Cannot load matter file: $/W/w.mtd\n" },
-};
-
-// All keys of a kind with empty values, but for one key that is left out.
-std::string withoutKey(const RequiredCase& kind, std::string_view missing)
-{
-    std::string bytes;
-    for (const std::string& key : kind.keys) {
-        bytes += key == missing ? "" : key + "=\n";
-    }
-    return bytes;
-}
-
-TEST(Open, requiresKeysButNoValues)
-{
-    for (const RequiredCase& kind : requiredCases) {
-        for (const std::string& missing : kind.keys) {
-            SCOPED_TRACE(std::string(kind.file) + " without " + missing);
-            const TempDatabase tree(water + Tree { { kind.file, withoutKey(kind, missing) } });
-            EXPECT_EQ(OpenDatabase(tree).code, QMDB_E_REQUIRED_KEY);
-            EXPECT_EQ(tree.log(),
-                std::string("ERROR: No required field(s) in file: $/") + kind.file + "\n" + kind.owners);
-        }
-        SCOPED_TRACE(std::string(kind.file) + " with empty values");
-        const TempDatabase tree(water + Tree { { kind.file, withoutKey(kind, "none") } });
-        EXPECT_EQ(OpenDatabase(tree).code, QMDB_OK);
-    }
-}
-
-TEST(Open, skipsASubstanceWithoutPhases)
-{
-    const TempDatabase tree(water + Tree { { "E/e.mtd", "ID=9\nName=Empty\nMixture=0\nComposition=\n" } });
-    const OpenDatabase db(tree);
-    EXPECT_EQ(db.code, QMDB_OK);
-    EXPECT_EQ(tree.log(), "ERROR: Material without phases: $/E/e.mtd\n");
-    EXPECT_EQ(listing(db.id), waterListing);
-}
-
-struct LanguageCase {
-    const wchar_t* language;
-    const char* name;
-};
-
-TEST(Open, languageSelectsTheStringTable)
-{
-    const TempDatabase tree(bareIron
-        + Tree { { "default.lst", "3=iron\n" }, { "strings.lst", "3=ferrum\n" },
-            { "I/i.mtd", "ID=5\nName=Iron\nNameID=3\nMixture=0\nComposition=\n" } });
-    const LanguageCase cases[] = { { L"ru", "ferrum" }, { L"ru_RU", "ferrum" }, { L"rus", "ferrum" },
-        { L"en", "iron" }, { L"", "iron" }, { L"xru", "iron" }, { L"RU", "iron" }, { L"r", "iron" } };
-    for (const auto& [language, name] : cases) {
-        const OpenDatabase db(tree, { .language = language });
-        EXPECT_TRUE(listing(db.id).starts_with(std::string("matter 5 '") + name + "'")) << toUtf8(language);
-    }
-}
-
-struct TableCase {
-    const char* name;
-    Tree table;
-    const char* log;
-};
-
-TEST(Open, doesWithoutAStringTable)
-{
-    const TableCase cases[] = {
-        { "missing", {}, "ERROR: Cannot open file: $/default.lst\n" },
-        { "directory", { { "default.lst/", "" } }, "ERROR: Cannot read from  file: $/default.lst\n" },
-        { "noEntries", { { "default.lst", "no sign\n" } },
-            "ERROR: File format error: $/default.lst(no sign)\n" },
-    };
-    for (const TableCase& row : cases) {
-        SCOPED_TRACE(row.name);
-        const TempDatabase tree(row.table + bareIron);
-        const OpenDatabase db(tree);
-        EXPECT_EQ(db.code, QMDB_OK);
-        EXPECT_EQ(listing(db.id), bareIronListing);
-        EXPECT_EQ(tree.log(), row.log);
-    }
-}
-
-// Names of the two directories under `parent` in the order in which the system lists them.
-std::vector<std::string> directoryOrder(const TempDatabase& tree, const std::string& parent)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(tree.root() + "/" + parent)) {
-        if (entry.is_directory()) {
-            names.push_back(entry.path().filename().string());
-        }
-    }
-    return names;
-}
-
-TEST(Open, laterDuplicateReplacesTheEarlier)
-{
-    const TempDatabase tree({ { "default.lst", "" }, { "A/s.mtd", "ID=1\nName=A\nMixture=0\nComposition=\n" },
-        { "B/s.mtd", "ID=1\nName=B\nMixture=0\nComposition=\n" }, { "A/C/p.phd", "ID=2\nName=C\nAggreg=1\n" },
-        { "A/D/p.phd", "ID=2\nName=D\nAggreg=1\n" }, { "B/C/p.phd", "ID=2\nName=C\nAggreg=1\n" },
-        { "B/D/p.phd", "ID=2\nName=D\nAggreg=1\n" } });
-    const OpenDatabase db(tree, { .logInfo = true });
-    const std::string winner = directoryOrder(tree, "").back();
-    const std::string phase = directoryOrder(tree, winner).back();
-    EXPECT_EQ(listing(db.id), "matter 1 '" + winner + "' '' mixture 0\n  phase 2 '" + phase + "' state 1\n");
-    EXPECT_NE(tree.log().find("Phases have been added1\n"), std::string::npos);
-    EXPECT_NE(tree.log().find("Materials have been added to database1\n"), std::string::npos);
-}
-
 // A directory that is there and cannot be listed must not pass for an empty one.
 TEST(OpenFailures, unlistableDirectoriesAreReported)
 {
@@ -318,51 +162,6 @@ TEST(OpenFailures, unlistableDirectoriesAreReported)
     ::setrlimit(RLIMIT_NOFILE, &before);
     EXPECT_EQ(code, QMDB_E_FILE) << "no descriptor is left, and IDs would start anew";
     EXPECT_EQ(id, -1);
-}
-
-TEST(OpenLog, namesOfEntriesStayOnTheirLine)
-{
-    const TempDatabase tree(Tree { { "default.lst", "" }, { "a\nERROR: b/x\x01y.mtd", "ID=1\n" } });
-    const OpenDatabase db(tree);
-    EXPECT_EQ(db.code, QMDB_E_REQUIRED_KEY);
-    EXPECT_EQ(tree.log(),
-        "ERROR: No required field(s) in file: $/a?ERROR: b/x?y.mtd\n"
-        "ERROR: Cannot load matter file: $/a?ERROR: b/x?y.mtd\n");
-}
-
-TEST(OpenLog, isNotWrittenThroughALink)
-{
-    const TempDatabase tree(water + Tree { { "qmdb.log", "elsewhere", Kind::link } });
-    const OpenDatabase db(tree, { .logInfo = true });
-    EXPECT_EQ(db.code, QMDB_OK);
-    EXPECT_FALSE(tree.exists("elsewhere"));
-}
-
-// The system takes 4,096 bytes of a path in one piece.
-TEST(Open, rootsNearTheLongestPath)
-{
-    const TempDatabase tree(Tree { { "logs/", "" } });
-    std::filesystem::path deep(tree.root());
-    constexpr std::size_t rootLength = 4088; // the system takes it, but nothing much below it
-    while (deep.native().size() < rootLength) {
-        const std::size_t missing = rootLength - deep.native().size() - 1;
-        deep /= std::string(missing > 250 ? 120 : missing, 'd');
-        std::filesystem::create_directory(deep);
-    }
-    std::filesystem::current_path(deep);
-    for (const Entry& entry : water) {
-        std::filesystem::create_directories(std::filesystem::path("./" + entry.path).parent_path());
-        std::ofstream("./" + entry.path) << entry.bytes;
-    }
-    std::filesystem::current_path("/");
-    const std::string root = deep.native();
-    const OpenDatabase db({ root.begin(), root.end() }, { .logDir = tree.path() + L"/logs" });
-    EXPECT_EQ(listing(db.id), waterListing);
-    IDbDataConst value;
-    value.value = 2;
-    const PARAMETER record { 7, PARAM_TYPE_CONSTANT, false, {}, {} };
-    EXPECT_EQ(qmdbAddMatterParam(db.id, 4, &record, &value), QMDB_OK);
-    EXPECT_EQ(valueText(db.id, { 4 }, 7), "2");
 }
 
 } // namespace

@@ -95,15 +95,19 @@ ADVICE = {
     "empty-item": 'write one ";" between two items, and none at the ends',
     "grouped-digits": "write the number without a comma, or with a point if a fraction is meant",
     "ignored-text": "write a decimal number and nothing else",
+    "leads-out": "put the file beside this one, and write its name",
     "lone-cr": "let each line end with LF or CR LF",
     "long-line": "shorten the line",
     "long-text": "shorten it",
     "missing-key": 'add a line "{}=..."',
     "missing-text": "write the number of a text, or add the text to the tables",
     "no-argument-units": 'add a line such as "ArgumentUnits=K" or "ArgumentUnits=Pa;K"',
+    "mixed-line-ends": "look whether a character was lost, and let all lines end alike",
     "no-description": "write the ID of a description, or add one",
     "no-descriptor": "add the file, or remove the directory",
+    "no-line-end": "look whether the file is whole, and end it with a line end",
     "no-phase": "add a phase",
+    "orphan-data": "name it in a head, or remove it",
     "outer-blanks": "remove them",
     "repeated-subtable": "put the rows together",
     "single-component": "name two components or more",
@@ -161,6 +165,11 @@ Substance2/Substance2.mtd:2: error: the ID -5 is not among 0 to 2147483646, so t
 failures [bad-id]
 Substance3/Substance3.mtd:2: error: the ID 2147483648 is not among 0 to 2147483646, so that additions cannot tell IDs \
 from failures [bad-id]
+"""),
+    "a data file in another directory": ({"Substance1/Property1.prh": head(2, 1, 0, "../Substance1/Property1.dat")}, """\
+Substance1/Property1.prh:1: warning: "Data" is "../Substance1/Property1.dat", which leads out of the directory \
+[leads-out]
+Substance1/Property1.dat: warning: no parameter head names the data file [orphan-data]
 """),
     "a thousands separator": ({
         "Substance1/Property1.dat": "1,234\n",
@@ -238,6 +247,8 @@ Substance1/Phase2/Property2.dat: error: the lines end with CR alone, so that all
 Substance3/Phase1/Phase1.phd:2: error: a CR that no LF follows ends no line: what stands behind it belongs to this \
 one [lone-cr]
 Substance3/Phase1/Phase1.phd:2: error: "ID" is "0?Name=C?", which is no whole number; it is read as 0 [bad-number]
+Substance3/Phase1/Phase1.phd:3: warning: the line ends with LF alone, unlike the lines before [mixed-line-ends]
+Substance3/Phase1/Property1.dat:1: warning: no line end follows: the file may have been cut [no-line-end]
 """),
     "a line over the limit": ({
         "Substance2/Substance2.mtd": keys(Composition=";".join(f"{i % 3}:0.01" for i in range(200)), ID=1, Mixture=1,
@@ -346,6 +357,19 @@ comment is a line of its own that begins with "#" [bad-row]
                 status, output, errors = self.run_command("check", self.database)
                 self.assertEqual((int(bool(findings)), ""), (status, errors))
                 self.assertEqual(self.report(findings), output)
+
+    def test_many_substances_are_reported_in_their_order(self):
+        for i in range(4, 44):
+            write(self.database, {
+                f"Substance{i}/Substance{i}.mtd": keys(Comment="", Composition="", ID=i, Mixture=0, Name=f"S{i}"),
+                f"Substance{i}/Phase1/Phase1.phd": keys(Aggreg=5, ID=0, Name="Solid"),
+                f"Substance{i}/Phase1/Property1.prh": head(1, 1),
+                f"Substance{i}/Phase1/Property1.dat": "1\nx\n"})
+        status, output, errors = self.run_command("check", self.database)
+        found = [re.sub(r":.*\[(.*)]", r" \1", line) for line in output.splitlines()]
+        self.assertEqual((1, "", [f"Substance{i}/Phase1/{fault}" for i in sorted(range(4, 44), key=str) for fault in
+                                  ("Phase1.phd bad-state", "Property1.dat ignored-line", "Property1.dat bad-number")]
+                          + ["40 errors, 80 warnings in 186 files"]), (status, errors, found))
 
     def test_meets_what_is_no_file_and_where_links_lead(self):
         root = Path(self.database)

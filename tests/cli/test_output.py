@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import resource
 import shutil
 import signal
@@ -15,26 +16,26 @@ from pathlib import Path
 from support import ANNOTATED, COMMAND, CommandTest, head, keys, prefixed, write
 
 TIDY = '''\
-substance_id,substance,formula,cas,aliases,composition,phase_id,phase,state,change_id,change,parameter_id,parameter,\
-symbol,units,type,source,accuracy,comments,first_argument_name,first_argument_units,second_argument_name,\
-second_argument_units,first_argument,second_argument,component,value
-0,Water,H2O,7732-18-5,water;R718,,,,,,,2,Molar mass,,kg/mol,C,,,kg/mol,,,,,,,,0.018015268
-0,Water,H2O,7732-18-5,water;R718,,0,Liquid,liquid,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,100000,280,,999.91
-0,Water,H2O,7732-18-5,water;R718,,0,Liquid,liquid,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,100000,300,,996.56
-0,Water,H2O,7732-18-5,water;R718,,0,Liquid,liquid,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,1000000,280,,1000.35
-0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,1,Density,rho,kg/m³,t,"CRC, ""Ice""",0.1 %,,temperature,K,,,250,,,919.87
-0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,1,Density,rho,kg/m³,t,"CRC, ""Ice""",0.1 %,,temperature,K,,,273.15,,,916.721
-0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,x,2.3
-0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,y,2.3
-0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,z,2.4
-0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,x,2.2
-0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,y,2.2
-0,Water,H2O,7732-18-5,water;R718,,1,Ice,solid,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,z,2.3
-0,Water,H2O,7732-18-5,water;R718,,,,,0,Melting,4,Latent heat,,J/kg,C,,,,,,,,,,,333430
-1,Brine,,,,0.75 Water + 0.25 Salt,0,Liquid,liquid,,,1,Density,rho,kg/m³,p,,,"Density, kg/m3 | ""over"" pressure, Pa",pressure,Pa,,,1,,,1100
-2,Salt,,,,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,,W/(m K),C,,,,,,,,,,x,6
-2,Salt,,,,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,,W/(m K),C,,,,,,,,,,y,6
-2,Salt,,,,,0,"Crystal, ""cubic""",solid,,,3,Conductivity,,W/(m K),C,,,,,,,,,,z,-6.5
+substance_id,substance,formula,cas,aliases,composition,composition_ids,phase_id,phase,state,change_id,change,\
+change_from,change_to,parameter_id,parameter,symbol,units,type,source,accuracy,\
+comments,first_argument_name,first_argument_units,second_argument_name,second_argument_units,first_argument,second_argument,component,value
+0,Water,H2O,7732-18-5,water;R718,,,,,,,,,,2,Molar mass,,kg/mol,C,,,kg/mol,,,,,,,,0.018015268
+0,Water,H2O,7732-18-5,water;R718,,,0,Liquid,liquid,,,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,100000,280,,999.91
+0,Water,H2O,7732-18-5,water;R718,,,0,Liquid,liquid,,,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,100000,300,,996.56
+0,Water,H2O,7732-18-5,water;R718,,,0,Liquid,liquid,,,,,1,Density,rho,kg/m³,T,,,,pressure,Pa,temperature,K,1000000,280,,1000.35
+0,Water,H2O,7732-18-5,water;R718,,,1,Ice,solid,,,,,1,Density,rho,kg/m³,t,"CRC, ""Ice""",0.1 %,,temperature,K,,,250,,,919.87
+0,Water,H2O,7732-18-5,water;R718,,,1,Ice,solid,,,,,1,Density,rho,kg/m³,t,"CRC, ""Ice""",0.1 %,,temperature,K,,,273.15,,,916.721
+0,Water,H2O,7732-18-5,water;R718,,,1,Ice,solid,,,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,x,2.3
+0,Water,H2O,7732-18-5,water;R718,,,1,Ice,solid,,,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,y,2.3
+0,Water,H2O,7732-18-5,water;R718,,,1,Ice,solid,,,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,250,,z,2.4
+0,Water,H2O,7732-18-5,water;R718,,,1,Ice,solid,,,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,x,2.2
+0,Water,H2O,7732-18-5,water;R718,,,1,Ice,solid,,,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,y,2.2
+0,Water,H2O,7732-18-5,water;R718,,,1,Ice,solid,,,,,3,Conductivity,,W/(m K),t,,,,temperature,K,,,270,,z,2.3
+0,Water,H2O,7732-18-5,water;R718,,,,,,0,Melting,1,0,4,Latent heat,,J/kg,C,,,,,,,,,,,333430
+1,Brine,,,,0.75 Water + 0.25 Salt,0:0.75;2:0.25,0,Liquid,liquid,,,,,1,Density,rho,kg/m³,p,,,"Density, kg/m3 | ""over"" pressure, Pa",pressure,Pa,,,1,,,1100
+2,Salt,,,,,,0,"Crystal, ""cubic""",solid,,,,,3,Conductivity,,W/(m K),C,,,,,,,,,,x,6
+2,Salt,,,,,,0,"Crystal, ""cubic""",solid,,,,,3,Conductivity,,W/(m K),C,,,,,,,,,,y,6
+2,Salt,,,,,,0,"Crystal, ""cubic""",solid,,,,,3,Conductivity,,W/(m K),C,,,,,,,,,,z,-6.5
 '''
 BRINE = {**ANNOTATED, "Substance2/Phase1/Property1.prh": head(1, 3),
          "Substance2/Phase1/Property1.dat": '# Density, kg/m3\n# "over" pressure, Pa\n1 1100\n'}
@@ -50,8 +51,9 @@ class Exporting(CommandTest):
         rows = [json.loads(line) for line in self.output("export", self.database, "--jsonl").splitlines()]
         self.assertEqual(rows, json.loads(self.output("export", self.database, "--json")))
         self.assertEqual({"substance_id": 1, "substance": "Brine", "formula": None, "cas": None, "aliases": None,
-                          "composition": "0.75 Water + 0.25 Salt",
+                          "composition": "0.75 Water + 0.25 Salt", "composition_ids": "0:0.75;2:0.25",
                           "phase_id": 0, "phase": "Liquid", "state": "liquid", "change_id": None, "change": None,
+                          "change_from": None, "change_to": None,
                           "parameter_id": 1, "parameter": "Density", "symbol": "rho", "units": "kg/m³", "type": "p",
                           "source": None, "accuracy": None, "comments": 'Density, kg/m3 | "over" pressure, Pa',
                           "first_argument_name": "pressure", "first_argument_units": "Pa",
@@ -178,14 +180,73 @@ class Drawing(CommandTest):
     @unittest.skipUnless(shutil.which("gnuplot"), "gnuplot is not installed")
     def test_draws(self):
         picture = Path(self.scratch, "it's.svg")
-        self.expect(self.draw("Liquid", "-o", picture), "")
-        for text in ["Water, phase Liquid", "Density, kg/m³", "P = 100000", "P = 1000000"]:
-            self.assertIn(text, picture.read_text(encoding="utf-8"))
+        for arguments, language, texts in [
+            (self.draw("Liquid"), "en", ["Density: Water, Liquid", "Density, kg/m³", "Temperature, K", "P = 100000 Pa",
+                                         "P = 1000000 Pa"]),
+            (self.draw("Liquid"), "ru", ["Density: Вода, Liquid", "Температура, К", "P = 100000 Па"]),
+            (["plot", self.database, "Water:Ice", "Salt:Crystal, \"cubic\"", "Conductivity"], "en",
+             ['Conductivity: Water, Ice; Salt, Crystal, "cubic"', "Water, Ice, x", '"cubic", z']),
+            ([*self.draw("Liquid"), "--title", "It's mine", "--units", "T=degC", "--units", "g/cm3"], "en",
+             ["It's mine", "Density, g/cm3", "Temperature, degC"]),
+        ]:
+            with self.subTest(arguments):
+                self.expect([*arguments, "--lang", language, "-o", picture], "")
+                drawing = picture.read_text(encoding="utf-8").replace("&#39;", "'")
+                for text in texts:
+                    self.assertIn(text, drawing)
         for name, start in [("a.png", b"\x89PNG"), ("a.pdf", b"%PDF")]:
-            self.expect(self.draw("Ice", "-o", name), "")
+            self.expect([*self.draw("Ice"), "--size", "300x200", "-o", name], "")
             self.assertTrue(Path(self.scratch, name).read_bytes().startswith(start))
         drawing = self.output("plot", self.database, "Water", "Conductivity", "--phase", "Ice")
-        self.assertIn("Water, phase Ice: Conductivity, W/(m K)", drawing)
+        self.assertIn("Conductivity: Water, Ice [W/(m K)]", drawing)
+
+    def script(self, *arguments):
+        """The lines of the gnuplot program, but for its data."""
+        return self.output("plot", self.database, *arguments, "--script").split("\n")
+
+    def test_scales_what_it_draws(self):
+        rows = "".join(f"{t} {10 ** (t / 100)}\n" for t in range(100, 501, 100))
+        write(self.database, {"Substance1/Phase2/Property1.dat": rows})
+        ice = ["Water:Ice", "Density"]
+        for arguments, present, absent in [
+            (ice, ["set logscale y", "set xrange [88:512]"], ["set logscale x"]),
+            ([*ice, "--linear"], ["set xrange [88:512]"], ["set logscale y"]),
+            ([*ice, "--log", "xy"], ["set logscale x", "set logscale y"], []),
+            ([*ice, "--log", "x"], ["set logscale x"], ["set logscale y"]),
+            ([*ice, "--range", "100:250", "--range", "y=0:200"], ["set xrange [100:250]", "set yrange [0:200]"],
+             ["set logscale y"]),
+            ([*ice, "--range", "100:250"], ["set xrange [100:250]"], ["set logscale y"]),
+        ]:
+            with self.subTest(arguments):
+                lines = self.script(*arguments)
+                self.assertEqual([], [line for line in present if line not in lines])
+                self.assertEqual([], [line for line in absent if line in lines])
+        for arguments, message in [
+            (["--range", "5"], "--range \"5\": write the least and the most, such as 300:600, or y=0:10 for the values"),
+            (["--range", "2:1"], "--range \"2:1\": write the least and the most, such as 300:600, or y=0:10 for the values"),
+            (["--range", "600:700"], "no point lies between 600 and 700: there is nothing to draw"),
+            (["--range", "y=-1:5", "--log", "y"],
+             'the axis of "Density, kg/m³" cannot be logarithmic: it begins at -1; give it a --range above 0'),
+            (["--size", "7x7"], '--size "7x7": write width and height in pixels, 100 to 10000, such as 1200x800'),
+        ]:
+            self.expect(["plot", self.database, *ice, *arguments, "--script"], "", 2, prefixed(message))
+
+    def test_tells_many_curves_apart(self):
+        table = "".join(f"P={p}\n280 {p}\n300 {p + 1}\n" for p in range(1, 61))
+        write(self.database, {"Substance1/Phase1/Property1.dat": table,
+                              "Substance3/Phase1/Property1.dat": "6\n", "Substance3/Phase1/Property1.prh": head(1, 1)})
+        family = self.script("Water:Liquid", "Density")
+        self.assertIn("set cblabel 'Pressure, Pa'", family)
+        self.assertIn("set cbrange [1:60]", family)
+        small = ["Water:Liquid", "Salt", "Density", "--phase", "Crystal, \"cubic\"", "--size", "600x300"]
+        status, output, errors = self.run_command("plot", self.database, *small, "--script")
+        self.assertEqual(0, status)
+        self.assertRegex(errors, r"qmdb: note: the legend has room for \d+ of 61 curves; draw fewer, or a larger picture")
+        strokes = re.findall(r"pointtype (\d+) .* linetype (\d+)", output)
+        self.assertEqual(60, len(strokes))
+        self.assertEqual(60, len(set(strokes)))
+        level = re.search(r"\$C60 << END\n(.*?)END", output, re.DOTALL)[1]
+        self.assertEqual("279.4 6\n300.6 6\n", level)
 
     @unittest.skipUnless(shutil.which("gnuplot"), "gnuplot is not installed")
     def test_tells_of_numbers_that_no_picture_shows(self):

@@ -39,6 +39,11 @@ class Reading(CommandTest):
         self.assertEqual({"id": 1, "name": "Density", "symbol": None, "units": "kg/m³", "type": "T",
                           "vector": False, "argumentNames": ["pressure", "temperature"],
                           "argumentUnits": ["Pa", "K"], "source": None, "accuracy": None, "points": 3, "ranges": {"P": [1e5, 1e6], "T": [280, 300]}}, listed[0]["phases"][0]["parameters"][0])
+        commented = json.loads(self.output("list", self.database, "--json", "--comments"))
+        told = [commented[0]["parameters"][0].pop("comments"), commented[0]["changes"][0]["parameters"][0]["comments"]]
+        self.assertEqual(["kg/mol", ""], told)
+        self.assertEqual(listed[0]["parameters"], commented[0]["parameters"])
+        self.assertIn("--json", self.run_command("list", self.database, "--comments")[2])
 
     def test_gets_values(self):
         water = ["get", self.database, "Water"]
@@ -121,7 +126,7 @@ Water (0), H2O: H₂O
         self.expect(["list", self.database], "".join(lines), 1)
         status, output, errors = self.run_command("export", self.database)
         self.assertEqual((1, f"qmdb: warning: Density of Water, phase Ice is left out: {reason}\n"), (status, errors))
-        self.assertEqual(15, output.count("\n"))
+        self.assertEqual(16, output.count("\n"))
 
     def test_tells_what_is_read_otherwise_than_it_stands(self):
         write(self.database, {"Substance1/Property1.dat": "4x3\n",
@@ -133,7 +138,7 @@ Water (0), H2O: H₂O
         self.expect(["get", self.database, "Water", "1", "--phase", "0", "--csv"],
                     '"P, Pa","T, K","Density, kg/m³"\n1,280,1\n1,300,2\n3,280,1\n', errors=density)
         status, output, errors = self.run_command("export", self.database)
-        self.assertEqual((0, mass + density, 17), (status, errors, output.count("\n")))
+        self.assertEqual((0, mass + density, 18), (status, errors, output.count("\n")))
 
     def test_leaves_the_database_as_it_was(self):
         before = snapshot(self.database)
@@ -154,10 +159,11 @@ Water (0), H2O: H₂O
               for arguments in (["list", "empty"], ["check", "notes"], ["export", "empty"])),
             (["lst", "db"], 2, 'there is no command "lst"; near matches: list'),
             (["add", "phaze", "db"], 2, 'there is no command "phaze"; near matches: phase'),
-            (["frobnicate"], 2, 'there is no command "frobnicate"; there are: list, get, find, plot, check, export, add, new'),
-            ([], 2, 'a command is missing behind "qmdb"; there are: list, get, find, plot, check, export, add, new\n'
-             '"qmdb --help" tells what they do'),
-            (["add"], 2, 'a command is missing behind "qmdb add"; there are: substance, phase, change, parameter\n'
+            (["frobnicate"], 2, 'there is no command "frobnicate"; there are: list, get, find, plot, check, export, import, diff, '
+              'add, set, remove, new'),
+            ([], 2, 'a command is missing behind "qmdb"; there are: list, get, find, plot, check, export, import, diff, add, '
+             'set, remove, new\n"qmdb --help" tells what they do'),
+            (["add"], 2, 'a command is missing behind "qmdb add"; there are: substance, phase, change, parameter, description\n'
              '"qmdb add --help" tells what they do'),
             (["list", "db", ""], 2, 'SUBSTANCE: an empty text names nothing\n"qmdb list --help" tells what to write'),
             (["get", "db", "Water", "1", "--phase", ""], 2,
@@ -254,7 +260,7 @@ class Adding(CommandTest):
              "added substance Brine (2)\nadded phase Liquid (0), liquid\n"),
             (["change", "Water", "Melting", "--from", "Ice", "--to", "Liquid"],
              "added phase change Melting (0), Ice to Liquid\n"),
-            (["parameter", "Water", "1", "--value", "0.018"],
+            (["parameter", "Water", "Molar mass", "--value", "0.018"],
              "added Molar mass (1) to Water: constant, scalar, 1 point\n"),
             (["parameter", "Water", "Density", "--phase", "Liquid", "--file", "-"],
              "added Density (7) to Water, phase Liquid: table of T, scalar, 2 points\n"),
@@ -312,8 +318,6 @@ class Adding(CommandTest):
              'standard input: row 2 (line 3), column 2: "heavy" is not a number\n'
              "standard input: row 3 (line 4): the number of columns is 1, in the first row it is 2"),
             (density, "280 1\n280.0001 2\n270 3\n", "nothing is added:\n"
-             "standard input: row 2 (line 2), column 1: the arguments 280 and 280.0001 are the same in the six "
-             "significant digits that are stored\n"
              "standard input: row 3 (line 3), column 1: the argument 270 does not increase: the row before it has "
              "280.0001"),
             (density, "1 280 1\n2 280 1\n1 290 2\n", "nothing is added:\nstandard input: row 3 (line 3), column 1: the "

@@ -128,7 +128,7 @@ class Reading(CommandTest):
         rows = list(csv.DictReader(io.StringIO(
             self.output("export", self.database, "--units", "g/cm3", "--units", "T=degC"))))
         water = [(row["parameter"], row["units"], row["value"], row["second_argument"], row["second_argument_units"])
-                 for row in rows if row["phase"] in ("Liquid", "")]
+                 for row in rows if row["phase"] in ("Liquid", "") and row["value"]]
         self.assertEqual([("Molar mass", "kg/mol", "0.018015268", "", ""), ("Density", "g/cm3", "0.99991", "6.85", "degC"),
                           ("Density", "g/cm3", "0.99656", "26.85", "degC"),
                           ("Density", "g/cm3", "1.00035", "6.85", "degC"), ("Latent heat", "J/kg", "333430", "", "")], water)
@@ -161,6 +161,8 @@ class Reading(CommandTest):
             (["get", "salt:crystal", "3"], "",
              'no phase or phase change of Salt is called "crystal"; near matches: Crystal, "cubic" (0)'),
             (["get", "salt:SOLID", "3"], "6 6 -6.5 W/(m K)\n"),
+            (["get", "Water:Ice", "rho", "--phase", "Liquid"], "",
+             '"Water:Ice" and the options name different phases; leave out --phase and --change'),
             (["list", "R718"], "", '"R718" may mean several: Water (0), Water:Steam (3); give the number'),
             (["list", "H2"], "", 'no substance is called "H2"; near matches: Water (0)'),
         ])
@@ -179,8 +181,8 @@ class Reading(CommandTest):
             (["find", "rho", "--at", "T=6.85", "--units", "T=degC", "--state", "liquid", "--csv"],
              "value,units,substance_id,substance,phase_id,phase,state,change_id,change,component,type\n",
              "note: 1 more has Density in a table that needs P (pressure) and T (temperature) in --at"),
-            (["find", "Conductivity", "--at", "T=260", "--above", "2.25"],
-             "Conductivity, W/(m K), at T = 260 K\n   6  Salt:Crystal, \"cubic\"  x  constant\n"
+            (["find", "Conductivity", "--at", "T=260,P=5", "--above", "2.25"],
+             "Conductivity, W/(m K), at T = 260 K, P = 5\n   6  Salt:Crystal, \"cubic\"  x  constant\n"
              "   6  Salt:Crystal, \"cubic\"  y  constant\n2.35  Water:Ice              z  table of T\n"),
             (["find", "Conductivity", "--at", "V=260"], "",
              'no table of Conductivity has an argument "V"; give T (temperature)'),

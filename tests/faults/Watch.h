@@ -9,9 +9,25 @@
 
 namespace test {
 
-enum class Call { open, close, read, write, list, status, sync, mkdir, move, link, unlink, lock, truncate };
-inline constexpr Call allCalls[] = { Call::open, Call::close, Call::read, Call::write, Call::list,
-    Call::status, Call::sync, Call::mkdir, Call::move, Call::link, Call::unlink, Call::lock, Call::truncate };
+enum class Call {
+    open,
+    close,
+    read,
+    write,
+    list,
+    status,
+    sync,
+    mkdir,
+    move,
+    link,
+    unlink,
+    lock,
+    truncate,
+    watch
+};
+inline constexpr Call allCalls[]
+    = { Call::open, Call::close, Call::read, Call::write, Call::list, Call::status, Call::sync, Call::mkdir,
+          Call::move, Call::link, Call::unlink, Call::lock, Call::truncate, Call::watch };
 
 /// A system call that is about to be made.
 struct SystemCall {
@@ -77,7 +93,5 @@ struct Plan {
 
 /// The error numbers that calls fail with; more of them in a long run.
 const std::vector<int>& errorNumbers();
-/// True when the environment asks for a long run (QMDB_LONG=1).
-bool isLongRun();
 
 } // namespace test

@@ -1,9 +1,11 @@
 // Every system call fails once, and then for good. What succeeds all the same has done its work, or the log
 // says what is missing; what fails has done no harm.
 
+#include "api/additions.h"
 #include "faults/FaultyAddition.h"
 #include "faults/Watch.h"
 #include "support/OpenDatabase.h"
+#include "support/Reliability.h"
 #include "support/trees.h"
 
 #include <algorithm>
@@ -34,7 +36,7 @@ Tree readBase()
 template <class Strike>
 void strikeEverywhere(Strike&& strike)
 {
-    std::size_t strikes = 0;
+    Reliability reliability("every call fails");
     for (const int error : errorNumbers()) {
         for (const bool forGood : { false, true }) {
             for (const bool ofLog : { false, true }) {
@@ -42,13 +44,12 @@ void strikeEverywhere(Strike&& strike)
                 for (bool wasStruck = true; wasStruck && !testing::Test::HasFailure(); ++plan.call) {
                     SCOPED_TRACE(plan.text());
                     wasStruck = strike(plan);
-                    strikes += wasStruck ? 1 : 0;
+                    reliability.cases += wasStruck ? 1 : 0;
                 }
             }
         }
     }
-    EXPECT_GT(strikes, 100u);
-    testing::Test::RecordProperty("strikes", static_cast<int>(strikes));
+    EXPECT_GT(reliability.cases, 100u);
 }
 
 TEST(FailingCall, open)
@@ -170,6 +171,83 @@ TEST_P(FailingCalls, additionWithoutTwoKindsOfCalls)
                 }
             }
         }
+    }
+}
+
+/// A phase and six descriptions of constants.
+Tree constantsBase()
+{
+    Tree tree = { { "default.lst", "" }, { "W/w.mtd", "ID=4\nName=Water\nMixture=0\nComposition=\n" },
+        { "W/L/l.phd", "ID=0\nName=Liquid\nAggreg=2\n" } };
+    for (const char* const id : { "1", "2", "3", "4", "5", "6" }) {
+        tree.push_back({ std::string(id) + ".prd",
+            std::string("ID=") + id + "\nName=\nUnits=\nBinary=\nScalar=1\nAvForPhases=L\nDataTypes=C\n" });
+    }
+    return tree;
+}
+
+int addConstant(long database, long parameter)
+{
+    IDbDataConst value;
+    value.value = static_cast<double>(parameter) + 0.5;
+    return addParam(database, { 4, 0 }, { parameter }, &value);
+}
+
+/// The parameters of which a database opened anew has the right value; any other value is a failure.
+std::string rightConstants(const TempDatabase& tree)
+{
+    const OpenDatabase db(tree);
+    EXPECT_EQ(db.code, QMDB_OK) << tree.log();
+    Parameters found;
+    qmdbGetPhaseParams(db.id, 4, 0, &found.records, &found.count);
+    std::string ids;
+    for (const PARAMETER& param : found) {
+        const std::string text = valueText(db.id, { 4, 0 }, param.id);
+        const bool isRight = text == numberText(static_cast<double>(param.id) + 0.5);
+        ids += std::to_string(param.id) + (isRight ? "" : "(" + text + ")");
+    }
+    return ids;
+}
+
+/// Adds 1, 2 and 4, and another program 3 before the last; the calls of one addition fail. From the second on
+/// the directory is watched, and what others add is known from its reports alone.
+void addBesideOthers(const Tree& base, const Plan& plan, long struck, bool& wasStruck)
+{
+    const TempDatabase tree(base);
+    const OpenDatabase db(tree);
+    const OpenDatabase other(tree);
+    std::string wanted;
+    std::string most; // a failure that lasts may leave a whole parameter
+    for (const long parameter : { 1, 2, 3, 4 }) {
+        Watch watch(parameter == struck ? plan.rule() : [](const SystemCall&) { return 0; });
+        const int code = addConstant(parameter == 3 ? other.id : db.id, parameter);
+        watch.stop();
+        wasStruck = wasStruck || watch.failed > 0;
+        EXPECT_TRUE(code == QMDB_OK || (code == QMDB_E_FILE && parameter == struck && !plan.isHarmless()))
+            << code;
+        const bool isUnwritten = parameter == struck
+            && tree.log().find("ERROR: Cannot open file for write: $") != std::string::npos;
+        const std::string text
+            = std::to_string(parameter) + (isUnwritten && code == QMDB_OK ? "(error -3)" : "");
+        wanted += code == QMDB_OK ? text : "";
+        most += text;
+    }
+    const std::string found = rightConstants(tree);
+    EXPECT_TRUE(found == wanted || (plan.forGood && found == most)) << found << " for " << wanted;
+    EXPECT_EQ(addConstant(db.id, 5), QMDB_OK);
+    EXPECT_EQ(rightConstants(tree), found + "5");
+}
+
+TEST(FailingCall, additionsBesideThoseOfOthers)
+{
+    const Tree base = constantsBase();
+    for (const long struck : { 2, 4 }) {
+        SCOPED_TRACE(struck);
+        strikeEverywhere([&](const Plan& plan) {
+            bool wasStruck = false;
+            addBesideOthers(base, plan, struck, wasStruck);
+            return wasStruck;
+        });
     }
 }
 

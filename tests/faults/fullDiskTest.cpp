@@ -1,23 +1,21 @@
 // A disk that fills up in the middle of a file, at every byte of it.
 
+#include "faults/OwnMounts.h"
 #include "faults/Watch.h"
 #include "support/OpenDatabase.h"
+#include "support/Reliability.h"
 #include "support/additionKinds.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -193,59 +191,43 @@ private:
     bool isShortOfInodes_;
 };
 
-constexpr int exitNotPermitted = 77;
-
-/// Runs `body` in a child process that has a disk of its own; returns its exit status.
-int onOwnDisk(const char* options, const std::function<void(const std::string& directory)>& body)
+bool mountMemoryDisk(const std::string& directory, const char* options)
 {
-    std::fflush(stdout);
-    const TempDatabase place({});
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const char* const directory = place.root().c_str();
-        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0
-            || ::mount("none", directory, "tmpfs", 0, options) != 0) {
-            ::_exit(exitNotPermitted);
-        }
-        ::setenv("TMPDIR", directory, 1);
-        body(place.root());
-        std::fflush(stdout);
-        ::_exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return ::mount("none", directory.c_str(), "tmpfs", 0, options) == 0;
 }
 
 TEST_P(FullDisk, withFewBlocksOrInodes)
 {
     const TempDatabase logs({});
     for (const bool isShortOfInodes : { false, true }) {
-        const int status
-            = onOwnDisk(isShortOfInodes ? "nr_inodes=60" : "size=400k", [&](const auto& directory) {
-                  const SmallDisk disk(directory, isShortOfInodes);
-                  std::size_t free = 0;
-                  for (int code = -1; code < QMDB_OK && free < 40 && !HasFailure(); ++free) {
-                      SCOPED_TRACE(free);
-                      const TempDatabase tree(durableBase);
-                      const OpenDatabase db(tree, { .logDir = logs.path() });
-                      disk.leave(free);
-                      code = GetParam().add(db.id, 1);
-                      disk.clear();
-                      addMissingPhases(db.id);
-                      EXPECT_EQ(listing(db.id), code < QMDB_OK ? listings.before : listings.first);
-                      EXPECT_EQ(reopened(tree), listing(db.id));
-                      EXPECT_EQ(tree.changes().find(".tmp"), std::string::npos);
-                      EXPECT_EQ(damage(tree), "");
-                      EXPECT_GE(GetParam().add(db.id, 2), QMDB_OK);
-                  }
-                  EXPECT_GT(free, 1u) << "nothing was short";
-                  EXPECT_LT(free, 40u) << "never enough";
-              });
-        if (status == exitNotPermitted) {
+        const OwnMounts status = inOwnMounts([&](const std::string& directory) {
+            if (!mountMemoryDisk(directory, isShortOfInodes ? "nr_inodes=60" : "size=400k")) {
+                return false;
+            }
+            const SmallDisk disk(directory, isShortOfInodes);
+            std::size_t free = 0;
+            for (int code = -1; code < QMDB_OK && free < 40 && !HasFailure(); ++free) {
+                SCOPED_TRACE(free);
+                const TempDatabase tree(durableBase);
+                const OpenDatabase db(tree, { .logDir = logs.path() });
+                disk.leave(free);
+                code = GetParam().add(db.id, 1);
+                disk.clear();
+                addMissingPhases(db.id);
+                EXPECT_EQ(listing(db.id), code < QMDB_OK ? listings.before : listings.first);
+                EXPECT_EQ(reopened(tree), listing(db.id));
+                EXPECT_EQ(tree.changes().find(".tmp"), std::string::npos);
+                EXPECT_EQ(damage(tree), "");
+                EXPECT_GE(GetParam().add(db.id, 2), QMDB_OK);
+            }
+            EXPECT_GT(free, 1u) << "nothing was short";
+            EXPECT_LT(free, 40u) << "never enough";
+            return true;
+        });
+        if (status == OwnMounts::notPermitted) {
             GTEST_SKIP() << "disks cannot be mounted here";
         }
-        EXPECT_EQ(status, 0);
+        EXPECT_EQ(status, OwnMounts::passed);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "faults/FailAllocation.h"
 #include "faults/FaultyAddition.h"
+#include "support/Reliability.h"
 #include "support/trees.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +49,9 @@ TEST_P(Memory, open)
     const std::wstring path = tree.path();
     const std::string whole = listing(OpenDatabase(tree).id);
     Attempt outcome { 0, true };
+    Reliability reliability("every allocation fails");
     for (long number = 0; outcome.fired; ++number) {
+        ++reliability.cases;
         long id = 77;
         const long live = liveBlocks();
         outcome = attempt(number, GetParam(), [&] { return qmdbOpen(path.c_str(), L"", L"", true, &id); });
@@ -94,6 +97,8 @@ TEST_P(Memory, queries)
         [&] { return fetched<Phases>(qmdbGetPhases, db.id, 4); },
         [&] { return fetched<PhaseChanges>(qmdbGetPhaseChanges, db.id, 4); },
         [&] { return fetched<Parameters>(qmdbGetMatterParams, db.id, 4); },
+        [&] { return fetched<Parameters>(qmdbGetPhaseParams, db.id, 4, 2); },
+        [&] { return fetched<Parameters>(qmdbGetPhaseChangeParams, db.id, 4, 3); },
         [&] { return fetched<Descriptions>(qmdbGetAvailablePhaseParams, db.id, 4, 2); },
         [&] { return readValue(db.id, { 4 }, 9); },
         [&] { return readValue(db.id, { 4 }, 3); },
@@ -110,12 +115,14 @@ TEST_P(Memory, queries)
             return readValue(db.id, { 4, -1, 3 }, 2);
         },
     };
+    Reliability reliability("every allocation fails");
     for (const auto& query : queries) {
         SCOPED_TRACE(&query - queries);
         const long live = liveBlocks();
         Attempt outcome { 0, true };
         for (long number = 0; outcome.fired; ++number) {
             outcome = attempt(number, GetParam(), query);
+            ++reliability.cases;
             expectCode(outcome);
             EXPECT_EQ(liveBlocks(), live) << number;
         }
@@ -123,14 +130,50 @@ TEST_P(Memory, queries)
     }
 }
 
+// What ends things needs no memory.
+TEST_P(Memory, giveBack)
+{
+    const TempDatabase tree(water);
+    Reliability reliability("every allocation fails");
+    const long live = liveBlocks();
+    long id = 0;
+    ASSERT_EQ(qmdbOpen(tree.path().c_str(), L"", L"", false, &id), QMDB_OK);
+    MATTER* matters = nullptr;
+    PHASE* phases = nullptr;
+    PHASECHANGE* changes = nullptr;
+    PARAMETER* params = nullptr;
+    PARAMETERDESCR* descriptions = nullptr;
+    IDbData* value = nullptr;
+    int count = 0;
+    ASSERT_EQ(qmdbGetMatters(id, &matters, &count), QMDB_OK);
+    ASSERT_EQ(qmdbGetPhases(id, 4, &phases, &count), QMDB_OK);
+    ASSERT_EQ(qmdbGetPhaseChanges(id, 4, &changes, &count), QMDB_OK);
+    ASSERT_EQ(qmdbGetMatterParams(id, 4, &params, &count), QMDB_OK);
+    ASSERT_EQ(qmdbGetAvailablePhaseParams(id, 4, 2, &descriptions, &count), QMDB_OK);
+    ASSERT_EQ(qmdbGetParamValue(id, 4, 2, -1, 7, &value), QMDB_OK);
+    const std::function<int()> calls[] = { [&] { return qmdbClose(id); },
+        [&] { return qmdbDestroyMatterArray(&matters); }, [&] { return qmdbDestroyPhasesArray(&phases); },
+        [&] { return qmdbDestroyPhaseChangeArray(&changes); },
+        [&] { return qmdbDestroyParametersArray(&params); },
+        [&] { return qmdbDestroyParamDescrArray(&descriptions); },
+        [&] { return qmdbDestroyParameterData(&value); } };
+    for (const auto& call : calls) {
+        EXPECT_EQ(attempt(0, GetParam(), call).code, QMDB_OK) << &call - calls;
+        ++reliability.cases;
+    }
+    EXPECT_EQ(liveBlocks(), live);
+}
+
 class MemoryOfAdditions : public FaultyAddition { };
 
 TEST_P(MemoryOfAdditions, additions)
 {
+    Reliability reliability("every allocation fails");
     for (const Mode mode : { Mode::once, Mode::forGood }) {
         bool fired = true;
         for (long number = 0; fired && !HasFailure(); ++number) {
             SCOPED_TRACE(number);
+            ++reliability.cases;
             const long live = liveBlocks();
             expectTruth(QMDB_E_INTERNAL, true, [&](long database) {
                 const Attempt outcome = attempt(number, mode, [&] { return GetParam().add(database, 1); });

@@ -1,22 +1,16 @@
-// Several processes on one tree, and processes that allow the library little.
+// Several processes on one tree.
 
 #include "api/additions.h"
-#include "faults/FailAllocation.h"
-#include "faults/Watch.h"
 #include "support/OpenDatabase.h"
-#include "support/additionKinds.h"
+#include "support/Reliability.h"
 
-#include <fcntl.h>
-#include <filesystem>
 #include <functional>
-#include <pthread.h>
-#include <set>
-#include <sys/resource.h>
-#include <sys/stat.h>
+#include <gtest/gtest.h>
+#include <ostream>
+#include <span>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -74,6 +68,21 @@ int countRight(const TempDatabase& tree, long phase)
     return found.count;
 }
 
+/// Runs two processes, which must end with 0, and `look` here until both have ended.
+void whileBoth(
+    const std::function<int()>& one, const std::function<int()>& other, const std::function<void()>& look)
+{
+    Child first(one);
+    Child second(other);
+    for (bool isRunning = true; isRunning;) {
+        const bool isFirstRunning = first.isRunning();
+        isRunning = second.isRunning() || isFirstRunning;
+        look();
+    }
+    EXPECT_EQ(first.status(), 0);
+    EXPECT_EQ(second.status(), 0);
+}
+
 struct Writers {
     const char* name;
     bool isForked; ///< with the database open; else each opens its own
@@ -89,6 +98,7 @@ class Processes : public testing::TestWithParam<Writers> { };
 
 TEST_P(Processes, addToOneTree)
 {
+    Reliability reliability("two processes add, a third one opens");
     const int count = isLongRun() ? 2000 : 400;
     Tree base = { { "default.lst", "" }, { "W/w.mtd", "ID=4\nName=Water\nMixture=0\nComposition=\n" },
         { "W/L/l.phd", "ID=0\nName=Liquid\nAggreg=2\n" }, { "W/S/s.phd", "ID=1\nName=Solid\nAggreg=1\n" } };
@@ -108,18 +118,14 @@ TEST_P(Processes, addToOneTree)
         return addMany(own.id, phase, first, count);
     };
     const long secondPhase = GetParam().phases - 1;
-    Child first([&] { return write(0, 0); });
-    Child second([&] { return write(secondPhase, count); });
     int seen = 0;
-    for (bool isRunning = true; isRunning;) {
-        const bool isFirstRunning = first.isRunning();
-        isRunning = second.isRunning() || isFirstRunning;
+    const auto look = [&] {
         const int now = countRight(tree, 0);
-        EXPECT_GE(now, seen);
+        EXPECT_GE(now, seen) << "nothing that was seen goes again";
         seen = now;
-    }
-    EXPECT_EQ(first.status(), 0);
-    EXPECT_EQ(second.status(), 0);
+    };
+    whileBoth([&] { return write(0, 0); }, [&] { return write(secondPhase, count); }, look);
+    reliability.cases = static_cast<std::size_t>(2 * count);
     EXPECT_EQ(countRight(tree, 0), secondPhase == 0 ? 2 * count : count);
     EXPECT_EQ(countRight(tree, 1), secondPhase == 0 ? 0 : count);
     EXPECT_EQ(tree.changes().find(".tmp"), std::string::npos);
@@ -130,151 +136,98 @@ INSTANTIATE_TEST_SUITE_P(Faults, Processes,
         Writers { "oneDatabaseForked", true, 1 }),
     [](const auto& info) { return info.param.name; });
 
-std::set<std::string> entries(const TempDatabase& tree)
+/// What other processes write is seen here.
+template <class Number>
+std::span<Number> sharedNumbers(std::size_t count)
 {
-    std::set<std::string> paths;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree.root())) {
-        paths.insert(entry.path());
-    }
-    return paths;
+    void* const memory
+        = ::mmap(nullptr, count * sizeof(Number), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    return { static_cast<Number*>(memory), memory == MAP_FAILED ? 0 : count };
 }
 
-TEST(Process, umaskLimitsWhatIsMade)
+/// Adds substances with a phase and a phase change each, all named after their number, and counts in `made`
+/// what each number has got. Only a substance may be refused, for another process has taken the name chosen
+/// for it.
+int addSubstances(
+    const TempDatabase& tree, const std::wstring& logs, std::span<int> made, int first, int count)
 {
-    for (const mode_t mask : { 0000u, 0077u }) {
-        for (const Addition& addition : additions) {
-            const TempDatabase tree(durableBase);
-            const OpenDatabase db(tree);
-            const std::set<std::string> old = entries(tree);
-            const mode_t before = ::umask(mask);
-            EXPECT_GE(addition.add(db.id, 1), QMDB_OK);
-            ::umask(before);
-            std::size_t made = 0;
-            for (const std::string& path : entries(tree)) {
-                if (!old.contains(path)) {
-                    struct stat status { };
-                    ::lstat(path.c_str(), &status);
-                    EXPECT_EQ(status.st_mode & 0777, (fs::is_directory(path) ? 0750u : 0666u) & ~mask)
-                        << path;
-                    ++made;
-                }
-            }
-            EXPECT_EQ(made, 2u) << addition.name;
+    const OpenDatabase db(tree, { .logDir = logs });
+    bool isRight = db.code == QMDB_OK;
+    for (int i = first; i < first + count; ++i) {
+        const std::wstring name = L"Added " + std::to_wstring(i) + L".";
+        const int matter = addMatter(db.id, { name });
+        if (matter < 0) {
+            isRight = isRight && matter == QMDB_E_FILE;
+            continue;
         }
+        isRight = isRight && addPhase(db.id, matter, name, MATTER_STATE_SOLID) == 0
+            && addPhaseChange(db.id, matter, name, 0, 1) == 0;
+        made[static_cast<std::size_t>(i)] = 3;
     }
+    return isRight ? 0 : 1;
 }
 
-/// Everything that a host can do, as text; calls every exported function.
-std::string doEverything(const TempDatabase& tree)
+/// How often a text occurs.
+int occurrences(const std::string& text, const std::string& what)
 {
-    const OpenDatabase db(tree, { .logInfo = true });
-    std::string text = std::to_string(db.code);
-    for (const Addition& addition : additions) {
-        for (const int number : { 1, 2 }) {
-            text += " " + std::to_string(addition.add(db.id, number));
-        }
+    int count = 0;
+    for (std::size_t at = text.find(what); at != text.npos; at = text.find(what, at + what.size())) {
+        ++count;
     }
-    Descriptions available;
-    text += " "
-        + std::to_string(qmdbGetAvailablePhaseParams(db.id, water, 0, &available.records, &available.count));
-    return text + "\n" + listing(db.id) + valueText(db.id, { water }, 8);
+    return count;
 }
 
-TEST(Process, smallStackSuffices)
+// Their IDs may be the same, as each process goes by what it has opened, and of two that choose one name at
+// once one is refused. What is acknowledged has files of its own.
+TEST(Process, addSubstancesToOneRoot)
 {
-    if (isSanitized) {
-        GTEST_SKIP() << "the sanitizers need more stack";
+    Reliability reliability("two processes add, a third one opens");
+    const int count = isLongRun() ? 2000 : 400; // of three additions each
+    const TempDatabase tree(Tree { { "default.lst", "" } });
+    const TempDatabase logs({});
+    const std::span<int> made = sharedNumbers<int>(static_cast<std::size_t>(2 * count));
+    ASSERT_FALSE(made.empty());
+    const auto look = [&] { EXPECT_EQ(OpenDatabase(tree).code, QMDB_OK) << tree.log(); };
+    whileBoth([&] { return addSubstances(tree, logs.path(), made, 0, count); },
+        [&] { return addSubstances(tree, logs.path(), made, count, count); }, look);
+    const std::string changes = tree.changes();
+    int all = 0;
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        ASSERT_EQ(occurrences(changes, "\nName=Added " + std::to_string(i) + ".\n"), made[i]) << i;
+        all += made[i];
     }
-    const Tree base = durableBase
-        + Tree { { "Substance1/x.prh", "ID=8\nVector=0\nType=1\nData=x" },
-              { "Substance1/x", "0." + std::string(900, '3') + "\n" } };
-    std::string text;
-    const TempDatabase tree(base);
-    std::function<void()> body = [&] { text = doEverything(tree); };
-    pthread_attr_t attributes;
-    ::pthread_attr_init(&attributes);
-    ASSERT_EQ(::pthread_attr_setstacksize(&attributes, 65536), 0);
-    pthread_t thread {};
-    const auto run = [](void* function) -> void* {
-        (*static_cast<std::function<void()>*>(function))();
-        return nullptr;
+    EXPECT_EQ(occurrences(changes, "== "), all) << "nothing else was made";
+    EXPECT_GT(all, 3 * count) << "few are refused";
+    reliability.cases = static_cast<std::size_t>(6 * count);
+    ::munmap(made.data(), made.size_bytes());
+}
+
+// A child has the image of its parent, and begins to watch anew what both change.
+TEST(Process, childGoesOnWithAnOpenDatabase)
+{
+    const TempDatabase tree(Tree { { "default.lst", "" } });
+    const OpenDatabase db(tree);
+    const auto add = [&](const wchar_t* name) {
+        const int matter = addMatter(db.id, { name });
+        return matter >= 0 && addPhase(db.id, matter, L"Solid", MATTER_STATE_SOLID) == 0;
     };
-    ASSERT_EQ(::pthread_create(&thread, &attributes, run, &body), 0);
-    ::pthread_join(thread, nullptr);
-    ::pthread_attr_destroy(&attributes);
-    EXPECT_TRUE(text.starts_with("0 5 ") && text.ends_with("0.3333333333333333")) << text;
-    EXPECT_EQ(text, doEverything(TempDatabase(base)));
-}
-
-/// Leaves a number of descriptors free while it lives.
-class FewDescriptors {
-public:
-    explicit FewDescriptors(std::size_t free)
-    {
-        ::getrlimit(RLIMIT_NOFILE, &before_);
-        const rlimit limit { 64, before_.rlim_max };
-        ::setrlimit(RLIMIT_NOFILE, &limit);
-        for (int file = ::dup(0); file >= 0; file = ::dup(0)) {
-            taken_.push_back(file);
-        }
-        for (; free > 0; --free) {
-            ::close(taken_.back());
-            taken_.pop_back();
-        }
+    EXPECT_TRUE(add(L"One") && add(L"Two"));
+    const std::string before = listing(db.id);
+    for (const wchar_t* const name : { L"By the first child", L"By the second child" }) {
+        const auto body = [&] {
+            const bool isRight = listing(db.id) == before && add(name) && qmdbClose(db.id) == QMDB_OK;
+            return isRight ? 0 : 1;
+        };
+        Child child(body);
+        while (child.isRunning()) { }
+        EXPECT_EQ(child.status(), 0);
+        EXPECT_EQ(listing(db.id), before) << "the parent's image is its own";
     }
-    FewDescriptors(const FewDescriptors&) = delete;
-    FewDescriptors& operator=(const FewDescriptors&) = delete;
-    ~FewDescriptors()
-    {
-        for (const int file : taken_) {
-            ::close(file);
-        }
-        ::setrlimit(RLIMIT_NOFILE, &before_);
-    }
-
-private:
-    rlimit before_ {};
-    std::vector<int> taken_;
-};
-
-/// Many substances with many phases each, some of them linked.
-Tree bigTree()
-{
-    Tree tree = durableBase;
-    for (int i = 10; i < 30; ++i) {
-        const std::string substance = "S" + std::to_string(i);
-        tree.push_back(
-            { substance + "/s.mtd", "ID=" + std::to_string(i) + "\nName=\nMixture=\nComposition=" });
-        for (int j = 0; j < (i % 2 == 0 ? 9 : 2); ++j) {
-            const std::string phase = substance + "/P" + std::to_string(j);
-            tree.push_back({ phase + "/p.phd", "ID=" + std::to_string(j) + "\nName=\nAggreg=1" });
-            tree.push_back({ phase + "/h.prh", "../../linked/head.txt", Kind::link });
-            tree.push_back({ phase + "/Property1.dat", "1 2\n" });
-        }
-    }
-    return tree;
-}
-
-TEST(Process, opensWithFewDescriptors)
-{
-    constexpr std::size_t enough = 8;
-    const TempDatabase tree(bigTree());
-    const std::string whole = listing(OpenDatabase(tree).id);
-    for (std::size_t free = 0; free <= enough; ++free) {
-        long id = 0;
-        const std::wstring path = tree.path();
-        int code = 0;
-        {
-            const FewDescriptors few(free);
-            code = qmdbOpen(path.c_str(), L"", L"", true, &id);
-        }
-        if (free == 0 || code != QMDB_OK) {
-            EXPECT_EQ(code, QMDB_E_FILE) << free;
-            EXPECT_LT(free, enough);
-        } else {
-            EXPECT_EQ(listing(id), whole) << free;
-        }
-        qmdbClose(id);
+    EXPECT_TRUE(add(L"By the parent"));
+    const std::string changes = tree.changes();
+    for (const char* const name :
+        { "One", "Two", "By the first child", "By the second child", "By the parent" }) {
+        EXPECT_EQ(occurrences(changes, std::string("\nName=") + name + "\n"), 1) << name;
     }
 }
 

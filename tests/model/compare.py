@@ -13,6 +13,7 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 import traceback
 
 sys.dont_write_bytecode = True  # the tests may lie in a directory that is not ours
@@ -76,6 +77,7 @@ def start_batch(arguments, directory, first, count):
 
 
 def run_all(arguments, directory):
+    began = time.monotonic()
     start = first = arguments.case or 0
     end = first + 1 if arguments.case is not None else arguments.cases
     differences = stops = 0
@@ -87,7 +89,7 @@ def run_all(arguments, directory):
         differences += sum(line.startswith("seed ") for line in text.splitlines())
         if text.strip():
             print(text)
-    print(f"{first - start} cases, {differences} differences")
+    print(f"reliability: model: {first - start} cases, {differences} findings, {time.monotonic() - began:.1f} s")
     return 1 if differences else 0
 
 

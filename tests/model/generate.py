@@ -151,6 +151,7 @@ class Generator(random.Random):
         mixture = self.chance(0.3)
         composition = self.choice(GOOD_COMPOSITIONS if self.chance(0.5) else COMPOSITIONS) if mixture else ""
         flag = self.long(1, huge=True) if self.is_odd() else int(mixture)
+        flag = self.choice(("-1", "0", "2", "x")) if mixture and self.chance(0.1) else flag
         comment = {"Comment": self.choice((*TEXTS, None)), "CommentID": self.choice((None, self.long(12)))}
         return self.descriptor(ID=self.long(), Mixture=flag, Composition=composition, **comment, **self.names())
 

@@ -193,45 +193,6 @@ TEST(Numbers, readAsTheScanReadsThem)
     }
 }
 
-// A line as the only row of a table, by the rules of tokens and of the scan alone.
-std::string rowText(std::string_view line)
-{
-    line.remove_suffix(line.ends_with('\r') ? 1 : 0);
-    std::string text;
-    const std::vector<std::string> tokens = format::splitString(line);
-    for (const std::string& token : tokens) {
-        const std::string bits = scannedDouble(format::text::toWide(token));
-        if (tokens.size() == 2 && bits == "none") {
-            return "error -11";
-        }
-        text += text.empty() ? "" : " ";
-        text += bits == "none" ? bits : numberText(std::bit_cast<double>(std::stoull(bits)));
-    }
-    return tokens.size() != 2               ? "error -12"
-        : text.find("nan") < text.find(' ') ? "error -11"
-                                            : "(" + text + ")";
-}
-
-TEST(Numbers, rowsReadLikeTheirNumbers)
-{
-    const TempDatabase tree(bareIron + Tree { { "I/v.prh", "ID=1\nVector=0\nType=2\nData=v" } });
-    const OpenDatabase db(tree);
-    NumberTexts texts;
-    std::mt19937 random(3);
-    for (long left = wantedTexts() / 40; left > 0; --left) {
-        const char* const separators[] = { " ", " ", "  ", "\t ", "" };
-        const std::string line
-            = texts.next() + separators[random() % 5] + texts.next() + (random() % 4 ? "" : " \r");
-        const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-        if (line.empty() || line == "\r" || line[0] == '#' || line.size() > 1000
-            || line.find('\n') != line.npos || !std::all_of(line.begin(), line.end(), isAscii)) {
-            continue;
-        }
-        tree.make({ "I/v", line });
-        ASSERT_EQ(valueText(db.id, { 5 }, 1), rowText(line)) << '"' << line << '"';
-    }
-}
-
 TEST(Numbers, written)
 {
     EXPECT_EQ(format::double2wstr(1234567.0), "1.23457e+06");
@@ -260,30 +221,6 @@ TEST(Numbers, writtenAsTheScansCounterpartWritesThem)
             inPlainLocale([&] { return std::swprintf(expected.data(), expected.size(), L"%lg", number); });
             ASSERT_EQ(format::double2wstr(number), toUtf8(expected.data())) << numberText(number);
         }
-    }
-}
-
-// A table goes to the disk and comes back the same under every host's settings, and by the host's other ways.
-TEST(Numbers, filesMeanTheSameUnderEveryLocale)
-{
-    const Tree described = water
-        + Tree { { "W/L/t.prh", "ID=1\nVector=0\nType=2\nData=t.dat\n" },
-              { "W/L/t.dat", "1.5 4.5\n1.7 5,5\n" },
-              { "8.prd",
-                  "ID=8\nName=N\nUnits=u\nBinary=0\nScalar=1\n"
-                  "AvForPhases=L\nDataTypes=C\n" } };
-    for (const char* const name : hostLocales()) {
-        SCOPED_TRACE(name);
-        const TempDatabase tree(described);
-        const ScopedLocale locale(name);
-        const OpenDatabase db(tree);
-        EXPECT_EQ(valueText(db.id, { 4, 2 }, 1), "(1.5 4.5)(1.7 5.5)");
-        PARAMETER record { 8, PARAM_TYPE_CONSTANT, false, {}, {} };
-        IDbDataConst value;
-        value.value = 4.5;
-        EXPECT_EQ(qmdbAddPhaseParam(db.id, 4, 2, &record, &value), QMDB_OK);
-        EXPECT_EQ(tree.read("W/L/Property1.dat"), "4.5\n");
-        EXPECT_EQ(valueText(db.id, { 4, 2 }, 8), "4.5");
     }
 }
 

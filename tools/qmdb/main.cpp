@@ -16,6 +16,9 @@
 
 namespace {
 
+/// What a shell calls the end by a signal.
+constexpr int signalStatus = 128;
+
 /// Names beyond ASCII need a locale that can express them; numbers keep their point.
 void setLocale()
 {
@@ -36,11 +39,12 @@ std::string argumentText(const char* argument)
 
 void addAddCommand(CLI::App& app, tool::Action& action)
 {
-    CLI::App* add = app.add_subcommand("add", "Add substances, phases, phase changes and parameters");
+    CLI::App* add
+        = app.add_subcommand("add", "Add substances, phases, phase changes, parameters and descriptions");
     add->require_subcommand(1);
     add->footer("Example:\n  qmdb add substance mine Water --comment H2O --liquid Liquid --gas Steam");
     for (const auto addTo : { tool::addSubstanceCommand, tool::addPhaseCommand, tool::addChangeCommand,
-             tool::addParameterCommand }) {
+             tool::addParameterCommand, tool::addDescriptionCommand }) {
         addTo(*add, action);
     }
 }
@@ -57,7 +61,8 @@ void addCommands(CLI::App& app, tool::Action& action)
                "  qmdb export materials --sqlite materials.sqlite");
     for (const auto add :
         { tool::addListCommand, tool::addGetCommand, tool::addFindCommand, tool::addPlotCommand,
-            tool::addCheckCommand, tool::addExportCommand, addAddCommand, tool::addNewCommand }) {
+            tool::addCheckCommand, tool::addExportCommand, tool::addImportCommand, tool::addDiffCommand,
+            addAddCommand, tool::addSetCommand, tool::addRemoveCommand, tool::addNewCommand }) {
         add(app, action);
     }
 }
@@ -123,6 +128,8 @@ int main(int count, char** arguments)
         return run(words);
     } catch (const tool::ClosedPipe&) {
         return tool::ExitDone;
+    } catch (const tool::Interrupted& interrupted) {
+        return signalStatus + interrupted.signal(); // for when the signal itself does not end the command
     } catch (const tool::Failure& failure) {
         return report(failure.what(), failure.status());
     } catch (const std::exception& error) {

@@ -374,12 +374,13 @@ ParameterNotes Annotations::parameter(long substance, const Owner& owner, const 
 std::string Annotations::comments(const std::string& dataFile) const
 {
     std::string comments;
+    bool any = false;
     format::CLineDecoder decoder(false);
     forEachLine(directory_, dataFile, [&](std::string_view line) {
         const std::string_view text = decoder.decode(line);
         if (text.starts_with(format::commentSign)) {
-            const std::size_t begin = std::min(text.find_first_not_of("# "), text.size());
-            comments += (comments.empty() ? "" : " | ") + std::string(text.substr(begin));
+            const std::size_t begin = text.substr(1).starts_with(' ') ? 2 : 1;
+            comments += (std::exchange(any, true) ? " | " : "") + std::string(text.substr(begin));
         }
     });
     return comments;

@@ -63,6 +63,7 @@ void Descriptor::addLine(Context& context, const RawLine& line, format::CDescrip
 {
     const auto result = parser.parse(line.bytes);
     checkEncoding(context, line, parser.isUtf8());
+    reportUnended(context, line);
     if (result == format::CDescriptorParser::Result::NoKey) {
         context.findings.error("no-key", line.place,
             fmt::format("{} holds no \"=\" and is skipped", shown(parser.value())),

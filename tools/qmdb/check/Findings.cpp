@@ -58,10 +58,21 @@ std::string keyOf(const Place& place)
 void Findings::add(Severity severity, std::string_view kind, const Place& place, std::string_view what,
     std::string_view advice)
 {
-    const auto [finding, isNew]
-        = known_.insert({ place, severity, std::string(kind), std::string(what), std::string(advice) });
+    add({ place, severity, std::string(kind), std::string(what), std::string(advice) });
+}
+
+void Findings::add(Finding finding)
+{
+    const auto [known, isNew] = known_.insert(std::move(finding));
     if (isNew) {
-        found_.push_back(*finding);
+        found_.push_back(*known);
+    }
+}
+
+void Findings::add(const Findings& others)
+{
+    for (const Finding& finding : others.found_) {
+        add(finding);
     }
 }
 

@@ -51,6 +51,10 @@ private:
 /// What a check has found, each finding once.
 class Findings {
 public:
+    Findings() = default;
+    Findings(Findings&&) = default; // what found_ refers to stays where it is
+    Findings& operator=(Findings&&) = default;
+
     void error(std::string_view kind, const Place& place, std::string_view what, std::string_view advice)
     {
         add(Severity::Error, kind, place, what, advice);
@@ -59,6 +63,8 @@ public:
     {
         add(Severity::Warning, kind, place, what, advice);
     }
+
+    void add(const Findings& others);
 
     /// In the order of the tree, causes before what follows from them: the files of a directory before
     /// its directories, descriptors before heads before data, then by line, then as they were found.
@@ -70,6 +76,7 @@ public:
 private:
     void add(Severity severity, std::string_view kind, const Place& place, std::string_view what,
         std::string_view advice);
+    void add(Finding finding);
 
     std::set<Finding> known_;
     std::vector<std::reference_wrapper<const Finding>> found_;

@@ -1,11 +1,26 @@
 #include "check/check.h"
 
 #include "check/listing.h"
+#include "check/parallel.h"
 #include "check/rules.h"
 
 #include <algorithm>
 
 namespace tool::check {
+
+namespace {
+
+void checkData(Context& context, const SubstanceTree& substance)
+{
+    checkData(context, substance.self);
+    for (const auto* entities : { &substance.phases, &substance.changes }) {
+        for (const Entity& entity : *entities) {
+            checkData(context, entity);
+        }
+    }
+}
+
+} // namespace
 
 std::size_t checkDatabase(
     const std::string& directory, Findings& findings, const std::function<void(std::size_t)>& step)
@@ -15,15 +30,10 @@ std::size_t checkDatabase(
     checkReferences(context, tree);
     checkTexts(context, tree);
     checkAnnotations(context, tree);
-    for (const SubstanceTree& substance : tree.substances) {
-        checkData(context, substance.self);
-        for (const auto* entities : { &substance.phases, &substance.changes }) {
-            for (const Entity& entity : *entities) {
-                checkData(context, entity);
-            }
-        }
-        step(tree.substances.size());
-    }
+    const std::size_t count = tree.substances.size();
+    doInThreads(
+        context, count, [&](Context& own, std::size_t i) { checkData(own, tree.substances[i]); },
+        [&] { step(count); });
     return context.files;
 }
 

@@ -13,11 +13,6 @@ namespace {
 
 using format::Key;
 
-std::string dataFileOf(const Entity& owner, const Descriptor& head)
-{
-    return fmt::format("{}/{}", owner.directory, head.text(Key::Data));
-}
-
 void checkHeadData(Context& context, const Entity& owner, const Descriptor& head)
 {
     const std::string file = dataFileOf(owner, head);
@@ -34,6 +29,11 @@ void checkHeadData(Context& context, const Entity& owner, const Descriptor& head
 }
 
 } // namespace
+
+std::string dataFileOf(const Entity& owner, const Descriptor& head)
+{
+    return fmt::format("{}/{}", owner.directory, head.text(Key::Data));
+}
 
 void checkData(Context& context, const Entity& owner)
 {

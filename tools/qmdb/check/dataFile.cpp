@@ -62,16 +62,20 @@ private:
         const std::string_view bytes = withoutMark(line);
         checkAscii(line.place, bytes);
         const std::string text(decoder_.decode(bytes));
-        if (format::isSkipped(text)) {
-            return;
-        }
+        const bool isSkipped = format::isSkipped(text);
         const auto first = format::firstArgumentOf(text);
-        if (twoArguments_ && first) {
-            addHeader(line.place, *first);
-        } else if (twoArguments_ && line.endsFile) {
+        if (twoArguments_ && line.endsFile && !isSkipped && !first) {
             ++rows_;
             context_.findings.error("dropped-line", line.place,
                 "the last line is lost: no line end follows it", "end the file with a line end");
+            return;
+        }
+        reportUnended(context_, line);
+        if (isSkipped) {
+            return;
+        }
+        if (twoArguments_ && first) {
+            addHeader(line.place, *first);
         } else if (isConstant()) {
             addConstant(line.place, text);
         } else {

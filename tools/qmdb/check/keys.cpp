@@ -121,12 +121,24 @@ void checkType(Context& context, const Descriptor& descriptor, format::Key key)
     }
 }
 
+void checkFileName(Context& context, const Descriptor& descriptor, format::Key key)
+{
+    checkText(context, descriptor, textOf(key));
+    const std::string text = descriptor.text(key);
+    if (fmt::format("/{}/", text).find("/../") != std::string::npos) {
+        context.findings.warning("leads-out", descriptor.place(key),
+            fmt::format("\"{}\" is {}, which leads out of the directory", textOf(key), shown(text)),
+            "put the file beside this one, and write its name");
+    }
+}
+
 void checkValue(Context& context, const Descriptor& descriptor, const KeyRule& rule)
 {
     switch (rule.value) {
     case format::ValueKind::Text:
-    case format::ValueKind::FileName:
         return checkText(context, descriptor, textOf(rule.key));
+    case format::ValueKind::FileName:
+        return checkFileName(context, descriptor, rule.key);
     case format::ValueKind::Number:
         return checkNumber(context, descriptor, rule.key);
     case format::ValueKind::StringId:

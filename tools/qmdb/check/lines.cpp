@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <optional>
 
 namespace tool::check {
 
@@ -102,11 +103,31 @@ private:
                 "a CR that no LF follows ends no line: what stands behind it belongs to this one",
                 "let each line end with LF or CR LF");
         }
+        checkLineEnd();
         each_(line_);
+    }
+
+    /// A CR instead of a line's last character would pass for a line end.
+    void checkLineEnd()
+    {
+        if (line_.isCut || line_.endsFile || isMixed_) {
+            return;
+        }
+        const bool endsInCr = line_.bytes.ends_with('\r');
+        isMixed_ = endsInCr != endsInCr_.value_or(endsInCr);
+        endsInCr_ = endsInCr;
+        if (isMixed_) {
+            findings_.warning("mixed-line-ends", line_.place,
+                fmt::format(
+                    "the line ends with {}, unlike the lines before", endsInCr ? "CR LF" : "LF alone"),
+                "look whether a character was lost, and let all lines end alike");
+        }
     }
 
     Findings& findings_;
     RawLine line_;
+    std::optional<bool> endsInCr_; ///< the lines so far
+    bool isMixed_ = false;
     const std::function<void(const RawLine&)>& each_;
     format::CLineCutter lines_;
 };
@@ -116,6 +137,14 @@ private:
 std::string Context::pathOf(std::string_view file) const
 {
     return nativePath(root, file);
+}
+
+void reportUnended(Context& context, const RawLine& line)
+{
+    if (line.endsFile && !line.isCut && !line.bytes.empty() && line.bytes != format::utf8Mark) {
+        context.findings.warning("no-line-end", line.place, "no line end follows: the file may have been cut",
+            "look whether the file is whole, and end it with a line end");
+    }
 }
 
 bool readLines(Context& context, const std::string& file, const std::function<void(const RawLine&)>& each)

@@ -24,6 +24,9 @@ struct RawLine {
     bool isCut = false; ///< the line is too long: what stands here is its beginning
 };
 
+/// Reports a line that the file ends without a line end, which may be the only sign of a file that was cut.
+void reportUnended(Context& context, const RawLine& line);
+
 /// Hands every line of a file to `each`, and reports what keeps lines or parts of them from being read.
 /// False when the file cannot be read at all, or is none that makes sense by lines.
 bool readLines(Context& context, const std::string& file, const std::function<void(const RawLine&)>& each);

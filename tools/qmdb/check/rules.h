@@ -41,6 +41,9 @@ std::optional<double> readNumber(
 /// Reports every line of a data file that keeps the file from being read, or is not read as it stands.
 void checkDataFile(Context& context, const std::string& file, long type, bool vector);
 
+/// The data file that a head names, below the database's directory.
+std::string dataFileOf(const Entity& owner, const Descriptor& head);
+
 /// Reports what is wrong with the data files of the heads of a substance, a phase or a phase change, and
 /// data files that no head names.
 void checkData(Context& context, const Entity& owner);

@@ -2,10 +2,12 @@
 
 #include "annotations/scan.h"
 #include "check/listing.h"
+#include "check/parallel.h"
 #include "check/rules.h"
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <iterator>
 
 namespace tool::check {
 
@@ -108,20 +110,55 @@ void readSubstance(Context& context, const std::string& directory, Tree& tree)
     tree.substances.push_back(std::move(substance));
 }
 
-Tree readTree(Context& context)
+namespace {
+
+void readRootFiles(Context& context, const Listing& root, Tree& tree)
 {
-    const Listing root = list(context, "");
-    Tree tree;
-    for (const std::string& name : root.directories) {
-        readSubstance(context, name, tree);
-    }
     tree.descriptions = readFiles(context, root, format::descriptionKind);
     for (const std::string& name : root.files) {
         if (isStringTable(name)) {
             tree.tables.emplace_back(context, name);
         }
     }
+}
+
+void readSubstances(Context& context, const Listing& root, Tree& tree)
+{
+    std::vector<Tree> parts(root.directories.size());
+    doInThreads(
+        context, parts.size(),
+        [&](Context& own, std::size_t i) { readSubstance(own, root.directories[i], parts[i]); }, [] {});
+    for (Tree& part : parts) {
+        std::ranges::move(part.substances, std::back_inserter(tree.substances));
+    }
+}
+
+} // namespace
+
+Tree readTree(Context& context)
+{
+    const Listing root = list(context, "");
+    Tree tree;
+    readSubstances(context, root, tree);
+    readRootFiles(context, root, tree);
     reportStrayFiles(context, root, { format::descriptionExtension });
+    return tree;
+}
+
+Tree readPart(Context& context, long substance)
+{
+    const Listing root = list(context, "");
+    Tree tree;
+    for (const std::string& directory : root.directories) {
+        const auto names = list(context, directory).filesWith(format::substanceExtension);
+        const bool isIt = std::ranges::any_of(names, [&](const std::string& name) {
+            return Descriptor(context, entryPath(directory, name)).number(format::Key::ID) == substance;
+        });
+        if (isIt) {
+            readSubstance(context, directory, tree);
+        }
+    }
+    readRootFiles(context, root, tree);
     return tree;
 }
 

@@ -29,6 +29,9 @@ struct Tree {
 /// wrong with them, and reports what is wrong with each and which files and directories are never read.
 Tree readTree(Context& context);
 
+/// Reads the descriptions, the string tables, and the substances with an ID.
+Tree readPart(Context& context, long substance);
+
 /// Reads what one directory below the database's own holds, and appends it when it is a substance.
 void readSubstance(Context& context, const std::string& directory, Tree& tree);
 

@@ -170,14 +170,15 @@ private:
         }
     }
 
-    /// Throws Failure for a name in --at that is an argument of no table.
+    /// Throws Failure for a name in --at that is an argument of no table. Values that do not depend on the
+    /// pressure are found at every pressure.
     void requireNamed() const
     {
         const bool tables = outside_ > 0 || !withoutPoint_.empty()
             || std::ranges::any_of(
                 found_, [](const auto& found) { return found.type != PARAM_TYPE_CONSTANT; });
         for (std::size_t i = 0; i < named_.size(); ++i) {
-            if (tables && !named_[i]) {
+            if (tables && !named_[i] && !isUsualArgument(at_.name(i))) {
                 throw Failure("no table of {} has an argument {}{}{}", parameter_.name, shown(at_.name(i)),
                     withoutPoint_.empty() ? "" : "; give ",
                     withoutPoint_.empty() ? "" : withoutPoint_.begin()->first);

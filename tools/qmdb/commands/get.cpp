@@ -4,9 +4,12 @@
 #include "commands/atOptions.h"
 #include "commands/misreadings.h"
 #include "commands/owners.h"
+#include "common/characters.h"
 #include "output/Output.h"
 #include "output/json.h"
 #include "output/valueTable.h"
+
+#include <algorithm>
 
 namespace tool {
 
@@ -141,12 +144,27 @@ void present(ShownValue& value, const UnitChoice& choice, const AtPoints& at, Me
     units.convert(value.table);
 }
 
+/// Throws Failure when the material names a phase and the options name others: one of them would be left out.
+void requireAgreement(const Resolver& resolver, const Material& material, const GetOptions& options)
+{
+    const auto number = [](const Owner& owner) { return std::pair(owner.kind, owner.id); };
+    const bool given = !options.owner.phases.empty() || !options.owner.changes.empty();
+    if (given
+        && !std::ranges::equal(
+            resolver.owners(material.substance, options.owner), material.owners, {}, number, number)) {
+        throw Failure("{} and the options name different phases; leave out --phase and --change",
+            shown(options.material));
+    }
+}
+
 std::vector<ShownValue> readValues(const GetOptions& options)
 {
     const Database database(options.location);
     const Annotations annotations(options.location.directory);
     const Resolver resolver(database, annotations);
-    const auto [substance, owners] = resolver.material(options.material, options.owner);
+    const Material material = resolver.material(options.material, options.owner);
+    requireAgreement(resolver, material, options);
+    const auto& [substance, owners] = material;
     std::vector<ShownValue> values;
     for (const Owner& owner : owners) {
         const Parameter parameter = resolver.parameter(substance, owner, options.parameter);

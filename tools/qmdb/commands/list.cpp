@@ -20,6 +20,7 @@ struct ListOptions {
     std::string substance;
     bool json = false;
     bool sources = false;
+    bool comments = false;
     bool brief = false;
 };
 
@@ -38,16 +39,20 @@ std::vector<Range> rangesOf(const Table& table)
 struct Place {
     const Database& database;
     const Annotations& annotations;
+    bool withComments = false; ///< of data files
     bool withSources = false; ///< which stand in files of their own
 };
 
 ListedParameter listParameter(
     const Place& place, const Substance& substance, const Owner& owner, const Parameter& parameter)
 {
-    const ParameterNotes notes = place.withSources
+    const ParameterNotes notes = place.withSources || place.withComments
         ? place.annotations.parameter(substance.id, owner, parameter)
         : place.annotations.describe(parameter);
-    ListedParameter listed { parameter, notes, 0, {}, {} };
+    ListedParameter listed { parameter, notes, 0, {}, {}, {} };
+    if (place.withComments) {
+        listed.comments = place.annotations.comments(notes.dataFile);
+    }
     try {
         const Table table = place.database.value(substance.id, owner, parameter.id);
         listed.points = table.points.size();
@@ -113,7 +118,7 @@ int runList(const ListOptions& options)
     if (options.brief) {
         return runBrief(options, { database, annotations }, wanted);
     }
-    const Place place { database, annotations, options.json || options.sources };
+    const Place place { database, annotations, options.comments, options.json || options.sources };
     std::vector<ListedSubstance> listed;
     {
         Progress progress(wanted.size());
@@ -151,6 +156,8 @@ void addListCommand(CLI::App& app, Action& action)
         ->add_flag("--brief", options->brief,
             "A line for each substance: number, name, formula, phases and how many values it has")
         ->excludes(sources);
+    command->add_flag("--comments", options->comments, "With --json: the comments of the data files as well")
+        ->needs(json);
     command->footer("Examples:\n"
                     "  qmdb list materials --brief\n"
                     "  qmdb list materials Water\n"

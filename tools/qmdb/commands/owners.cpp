@@ -42,6 +42,15 @@ void addOwnerOptions(CLI::App& command, OwnerOptions& options)
     change->type_name("CHANGE")->allow_extra_args(false)->check(notEmpty())->excludes(phase);
 }
 
+void addOwnerOptions(CLI::App& command, std::string& phase, std::string& change)
+{
+    auto* first = command.add_option(
+        "--phase", phase, "Phase, by name or number; without it and --change the substance itself");
+    auto* second = command.add_option("--change", change, "Phase change, by name or number");
+    first->type_name("PHASE")->check(notEmpty());
+    second->type_name("CHANGE")->check(notEmpty())->excludes(first);
+}
+
 Substance Resolver::substance(std::string_view wanted) const
 {
     return choose<Substance>(database_.substances(), wanted, "substance", [this](const Substance& substance) {

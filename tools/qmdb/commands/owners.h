@@ -18,6 +18,9 @@ struct OwnerOptions {
 /// Adds --phase and --change, of which a command takes one kind, each as often as wanted.
 void addOwnerOptions(CLI::App& command, OwnerOptions& options);
 
+/// The same for a command that takes one phase or phase change.
+void addOwnerOptions(CLI::App& command, std::string& phase, std::string& change);
+
 /// A substance, and what of it is asked for: the substance itself, phases or phase changes.
 struct Material {
     Substance substance;

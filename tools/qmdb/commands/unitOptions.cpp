@@ -69,6 +69,12 @@ std::optional<std::size_t> findArgument(
     return std::nullopt;
 }
 
+bool isUsualArgument(std::string_view name)
+{
+    constexpr std::string_view usual[] = { "t", "p", "x", "temperature", "pressure" };
+    return std::ranges::find(usual, lowerCase(name)) != std::end(usual);
+}
+
 std::string argumentsText(const ParameterNotes& notes)
 {
     std::vector<std::string> texts;

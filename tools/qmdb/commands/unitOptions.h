@@ -18,6 +18,9 @@ void addUnitsOption(CLI::App& command, std::vector<std::string>& units);
 std::optional<std::size_t> findArgument(
     const Parameter& parameter, const ParameterNotes& notes, std::string_view wanted);
 
+/// True for the names that arguments have without a description's saying so: T, P, X, temperature, pressure.
+bool isUsualArgument(std::string_view name);
+
 /// "P (pressure) and T (temperature)": how the arguments of a value can be named.
 std::string argumentsText(const ParameterNotes& notes);
 

@@ -38,6 +38,15 @@ extern "C" void removeLeftovers(int signal)
     ::raise(signal); // its default action, which the first delivery has restored, ends the command
 }
 
+constexpr int endingSignals[] = { SIGINT, SIGTERM, SIGHUP };
+
+volatile std::sig_atomic_t received = 0;
+
+extern "C" void noteSignal(int signal)
+{
+    received = signal;
+}
+
 } // namespace
 
 Leftover::Leftover(const std::string& path)
@@ -58,9 +67,36 @@ Leftover::~Leftover()
     }
 }
 
+PutOffSignals::PutOffSignals()
+{
+    for (const int signal : endingSignals) {
+        struct sigaction before { };
+        ::sigaction(signal, nullptr, &before);
+        if (before.sa_handler != SIG_IGN) {
+            std::signal(signal, noteSignal);
+        }
+    }
+}
+
+PutOffSignals::~PutOffSignals()
+{
+    removeLeftoversWhenInterrupted();
+    if (const int signal = received; signal != 0) {
+        received = 0;
+        ::raise(signal);
+    }
+}
+
+void PutOffSignals::check()
+{
+    if (received != 0) {
+        throw Interrupted(received);
+    }
+}
+
 void removeLeftoversWhenInterrupted()
 {
-    for (const int signal : { SIGINT, SIGTERM, SIGHUP }) {
+    for (const int signal : endingSignals) {
         struct sigaction before { };
         ::sigaction(signal, nullptr, &before);
         if (before.sa_handler != SIG_IGN) { // as under nohup

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <exception>
 #include <string>
 
 namespace tool {
@@ -15,6 +16,32 @@ public:
 
 private:
     int slot_;
+};
+
+/// Thrown where a command that has put off signals can end.
+class Interrupted : public std::exception {
+public:
+    explicit Interrupted(int signal)
+        : signal_(signal)
+    {
+    }
+
+    int signal() const noexcept { return signal_; }
+
+private:
+    int signal_;
+};
+
+/// While it lives, Ctrl-C, SIGTERM and SIGHUP wait until the command asks for them.
+class PutOffSignals {
+public:
+    PutOffSignals();
+    PutOffSignals(const PutOffSignals&) = delete;
+    PutOffSignals& operator=(const PutOffSignals&) = delete;
+    ~PutOffSignals();
+
+    /// Throws Interrupted when one has come.
+    static void check();
 };
 
 /// Lets Ctrl-C, SIGTERM and SIGHUP remove all leftovers before they end the command.

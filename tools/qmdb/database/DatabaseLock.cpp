@@ -8,26 +8,60 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace tool {
 
-DatabaseLock::DatabaseLock(const std::string& directory)
-    : descriptor_(::open(toLocale(directory).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+namespace {
+
+int openDirectory(const std::string& directory)
 {
-    if (descriptor_ < 0) {
+    const int descriptor = ::open(toLocale(directory).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) {
         throw Failure("cannot open \"{}\": {}", directory, std::strerror(errno));
     }
-    if (::flock(descriptor_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) {
-        return; // a file system without locks has no other holder to wait for
+    return descriptor;
+}
+
+/// Waits for another holder, with a note. A file system without locks has none to wait for.
+void lock(int descriptor, const std::string& directory)
+{
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) {
+        return;
     }
     fmt::print(stderr, "qmdb: note: waiting for another command that changes \"{}\"\n", directory);
-    while (::flock(descriptor_, LOCK_EX) != 0 && errno == EINTR) { }
+    while (::flock(descriptor, LOCK_EX) != 0 && errno == EINTR) { }
+}
+
+/// False when another directory has taken the place of the open one, as an import lets it.
+bool isStillThere(int descriptor, const std::string& directory)
+{
+    struct stat open { };
+    struct stat there { };
+    return ::fstat(descriptor, &open) == 0 && ::stat(toLocale(directory).c_str(), &there) == 0
+        && open.st_ino == there.st_ino && open.st_dev == there.st_dev;
+}
+
+} // namespace
+
+DatabaseLock::DatabaseLock(const std::string& directory)
+    : descriptor_(openDirectory(directory))
+{
+    lock(descriptor_, directory);
+    while (!isStillThere(descriptor_, directory)) {
+        ::close(std::exchange(descriptor_, -1));
+        descriptor_ = openDirectory(directory);
+        lock(descriptor_, directory);
+    }
 }
 
 DatabaseLock::~DatabaseLock()
 {
-    ::close(descriptor_);
+    if (descriptor_ >= 0) {
+        ::close(descriptor_);
+    }
 }
 
 } // namespace tool

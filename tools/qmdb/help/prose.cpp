@@ -70,6 +70,15 @@ constexpr std::array prose {
         "The file appears under its name when it is complete; until then what stood there stays. With "
         "--units what "
         "can be converted is, and the rest stays as it is." },
+    CommandProse { "import",
+        "Takes what export writes. A row needs the columns substance, parameter and value, a new phase also "
+        "phase and "
+        "state. All of it appears, or nothing: the new state is made in a directory beside the database, "
+        "which is "
+        "exchanged with it in one step." },
+    CommandProse { "diff",
+        "Tells what the second database has otherwise: substances, phases, phase changes, descriptions, "
+        "keys, values." },
     CommandProse { "add", "Nothing is written when the input is wrong." },
     CommandProse {
         "add substance", "A mixture names its components, none twice; their molar fractions add up to 1." },
@@ -78,7 +87,25 @@ constexpr std::array prose {
     CommandProse { "add parameter",
         "Numbers are decimal and finite. In a table a first row without numbers is a head, and lines that "
         "begin with "
-        "# are comments. Semicolons separate where there are any, and commas are decimal points then." },
+        "# are comments, which are kept. Semicolons separate where there are any, and commas are decimal "
+        "points then." },
+    CommandProse { "add description",
+        "A description says what values of a parameter may be, and in which units. It is known by name as "
+        "soon as "
+        "it is there." },
+    CommandProse { "set", "What is not named stays as it is. An empty text removes a key." },
+    CommandProse { "set substance", "The new name may not be that of another substance." },
+    CommandProse { "set phase", "The phase keeps its number, its values and its phase changes." },
+    CommandProse { "set change", "The phase change keeps its number and its values." },
+    CommandProse { "set parameter",
+        "A new value replaces the old one wholly; its source and accuracy stay unless they are given." },
+    CommandProse { "set description", "Concerns every value of the parameter." },
+    CommandProse { "remove", "Asks on a terminal, and refuses what others refer to." },
+    CommandProse { "remove substance", "Its phases, phase changes and values go with it." },
+    CommandProse { "remove phase", "Its values go with it." },
+    CommandProse { "remove change", "Its values go with it." },
+    CommandProse { "remove parameter", "Removes the value; the description of the parameter stays." },
+    CommandProse { "remove description", "Nothing may have the parameter any longer." },
     CommandProse { "new",
         "The descriptions stand in files of their own; README.txt in the directory tells how to go on. "
         "Remove those "
@@ -91,8 +118,9 @@ constexpr std::array sections {
         "anyway.\n\n"
         "TMPDIR: where the temporary directory of the log is made; /tmp by default." },
     ManualSection { "Exit status",
-        "0: done; check has found nothing.\n\n"
-        "1: check has found something; list and export could not read some values; the directory holds "
+        "0: done; check or diff has found nothing.\n\n"
+        "1: check or diff has found something; list and export could not read some values; the directory "
+        "holds "
         "nothing of a "
         "database.\n\n"
         "2: what was asked for could not be done." },

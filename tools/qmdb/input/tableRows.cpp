@@ -4,16 +4,15 @@
 #include "common/failure.h"
 #include "common/numbers.h"
 #include "common/vocabulary.h"
+#include "input/Problems.h"
 
 #include <algorithm>
-#include <fmt/ranges.h>
 #include <set>
 
 namespace tool {
 
 namespace {
 
-constexpr std::size_t mostProblems = 20;
 constexpr std::string_view blanks = " \t\r";
 
 std::string_view trimmed(std::string_view text, std::string_view what)
@@ -61,51 +60,13 @@ bool isNumber(const std::string& text)
     return asFiniteNumber(text).has_value();
 }
 
-/// Collects what is wrong with the rows.
-class Problems {
-public:
-    explicit Problems(const std::string& name)
-        : name_(name)
-    {
-    }
-
-    void add(const InputRow& row, std::size_t column, std::string_view what)
-    {
-        add(fmt::format("{}: row {} (line {}), column {}: {}", name_, row.row, row.line, column, what));
-    }
-    void add(const InputRow& row, std::string_view what)
-    {
-        add(fmt::format("{}: row {} (line {}): {}", name_, row.row, row.line, what));
-    }
-
-    void throwIfAny() const
-    {
-        if (count_ > 0) {
-            const std::size_t more = count_ - texts_.size();
-            throw Failure("nothing is added:\n{}{}", fmt::join(texts_, "\n"),
-                more > 0 ? fmt::format("\nand {} more", more) : "");
-        }
-    }
-
-private:
-    void add(std::string text)
-    {
-        if (++count_ <= mostProblems) {
-            texts_.push_back(std::move(text));
-        }
-    }
-
-    std::string name_;
-    std::vector<std::string> texts_;
-    std::size_t count_ = 0;
-};
-
 void fillRow(InputRow& row, const std::vector<std::string>& fields, Problems& problems)
 {
     for (const std::string& field : fields) {
         const auto number = asFiniteNumber(field);
         if (!number) {
-            problems.add(row, row.numbers.size() + 1, fmt::format("{} is not a number", shown(field)));
+            problems.add(
+                row, std::to_string(row.numbers.size() + 1), fmt::format("{} is not a number", shown(field)));
         }
         row.numbers.push_back(number.value_or(0));
     }
@@ -121,13 +82,18 @@ void checkColumns(const std::vector<InputRow>& rows, Problems& problems)
     }
 }
 
-/// A line without byte-order mark and outer blanks; empty for a comment.
+/// A line without byte-order mark and outer blanks.
 std::string_view contentOf(std::string_view line, bool first)
 {
     const bool marked = first && line.starts_with(vocabulary::utf8Mark);
     line.remove_prefix(marked ? vocabulary::utf8Mark.size() : 0);
-    line = trimmed(line, blanks);
-    return line.starts_with('#') ? std::string_view() : line;
+    return trimmed(line, blanks);
+}
+
+std::string commentOf(std::string_view line)
+{
+    line.remove_prefix(1);
+    return std::string(line.substr(line.starts_with(' ') ? 1 : 0));
 }
 
 /// Every second byte of the numbers is zero then.
@@ -140,23 +106,14 @@ void refuseUtf16(std::string_view line, const std::string& name)
     }
 }
 
-std::string stored(double number)
-{
-    return fmt::format("{:.6g}", number);
-}
-
-/// Checks that an argument increases from one row to the next, also as it is stored.
+/// Checks that an argument increases from one row to the next.
 void checkIncrease(const InputRow& before, const InputRow& row, std::size_t column, Problems& problems)
 {
     const double last = before.numbers[column];
     const double number = row.numbers[column];
     if (!(last < number)) {
-        problems.add(row, column + 1,
+        problems.add(row, std::to_string(column + 1),
             fmt::format("the argument {} does not increase: the row before it has {}", number, last));
-    } else if (stored(last) == stored(number)) {
-        problems.add(row, column + 1,
-            fmt::format("the arguments {} and {} are the same in the six significant digits that are stored",
-                last, number));
     }
 }
 
@@ -168,7 +125,7 @@ void checkArguments2D(const std::vector<InputRow>& rows, Problems& problems)
         if (rows[i - 1].numbers[0] == rows[i].numbers[0]) {
             checkIncrease(rows[i - 1], rows[i], 1, problems);
         } else if (!seen.insert(rows[i].numbers[0]).second) {
-            problems.add(rows[i], 1,
+            problems.add(rows[i], "1",
                 fmt::format("the first argument {} has rows further up: they must stand together",
                     rows[i].numbers[0]));
         }
@@ -184,10 +141,11 @@ void checkArguments(const std::vector<InputRow>& rows, Problems& problems)
 
 } // namespace
 
-std::vector<InputRow> readRows(std::istream& input, const std::string& name)
+InputRows readRows(std::istream& input, const std::string& name)
 {
-    Problems problems(name);
-    std::vector<InputRow> rows;
+    Problems problems(name, "nothing is added");
+    InputRows read;
+    std::vector<InputRow>& rows = read.rows;
     bool headPossible = true;
     std::size_t lineNumber = 0;
     for (std::string text; std::getline(input, text);) {
@@ -196,10 +154,14 @@ std::vector<InputRow> readRows(std::istream& input, const std::string& name)
         if (line.empty()) {
             continue;
         }
+        if (line.starts_with('#')) {
+            read.comments.push_back(commentOf(line));
+            continue;
+        }
         const auto fields = fieldsOf(line);
         const bool head = std::exchange(headPossible, false) && std::ranges::none_of(fields, isNumber);
         if (!head) {
-            rows.push_back({ rows.size() + 1, lineNumber, {} });
+            rows.push_back({ { rows.size() + 1, lineNumber }, {} });
             fillRow(rows.back(), fields, problems);
             checkColumns(rows, problems);
         }
@@ -208,7 +170,7 @@ std::vector<InputRow> readRows(std::istream& input, const std::string& name)
     if (rows.empty()) {
         throw Failure("{} holds no row of numbers", name);
     }
-    return rows;
+    return read;
 }
 
 Table tableOf(const std::vector<InputRow>& rows, const std::string& name)
@@ -222,7 +184,7 @@ Table tableOf(const std::vector<InputRow>& rows, const std::string& name)
     Table table;
     table.components = columns < 4 ? 1 : 3;
     table.arguments = columns - table.components;
-    Problems problems(name);
+    Problems problems(name, "nothing is added");
     table.arguments == 1 ? checkArguments(rows, problems) : checkArguments2D(rows, problems);
     problems.throwIfAny();
     for (const InputRow& row : rows) {
@@ -233,17 +195,6 @@ Table tableOf(const std::vector<InputRow>& rows, const std::string& name)
         table.points.push_back(point);
     }
     return table;
-}
-
-std::size_t roundedNumbers(const Table& table)
-{
-    std::size_t count = 0;
-    for (const Point& point : table.points) {
-        const auto numbers = numbersOf(table, point);
-        count += static_cast<std::size_t>(std::ranges::count_if(
-            numbers, [](double number) { return asFiniteNumber(stored(number)) != number; }));
-    }
-    return count;
 }
 
 } // namespace tool

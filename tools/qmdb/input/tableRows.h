@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/flatTable.h"
+#include "input/Problems.h"
 
 #include <istream>
 #include <string>
@@ -9,23 +10,24 @@
 namespace tool {
 
 /// A row of numbers that a user gives, and where it stands.
-struct InputRow {
-    std::size_t row = 0; ///< counted from 1, without head, comments and empty lines
-    std::size_t line = 0; ///< of the file, counted from 1
+struct InputRow : RowPlace {
     std::vector<double> numbers;
+};
+
+/// What a user's file of numbers holds.
+struct InputRows {
+    std::vector<InputRow> rows;
+    std::vector<std::string> comments; ///< without their sign
 };
 
 /// Reads rows of equally many numbers, separated by commas, by semicolons, or by blanks and tabs.
 ///
 /// A first row without any number is a head; lines that begin with "#" are comments. Throws Failure
 /// that names row and column of what is wrong, all in one go.
-std::vector<InputRow> readRows(std::istream& input, const std::string& name);
+InputRows readRows(std::istream& input, const std::string& name);
 
 /// The rows as a table: arguments first, then the value or its three components. Throws Failure when
-/// the library would refuse to read the table later: arguments must increase, also as they are stored.
+/// the library would refuse to read the table: arguments must increase.
 Table tableOf(const std::vector<InputRow>& rows, const std::string& name);
-
-/// How many numbers of a table the library rounds: it stores six significant digits.
-std::size_t roundedNumbers(const Table& table);
 
 } // namespace tool

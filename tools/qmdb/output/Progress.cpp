@@ -13,8 +13,9 @@ constexpr std::chrono::milliseconds shownEvery { 100 };
 
 } // namespace
 
-Progress::Progress(std::size_t total)
+Progress::Progress(std::size_t total, std::string_view what)
     : total_(total)
+    , what_(what)
     , terminal_(::isatty(STDERR_FILENO) == 1)
     , next_(Clock::now() + firstShownAfter)
 {
@@ -33,7 +34,7 @@ void Progress::step()
     if (!terminal_ || Clock::now() < next_) {
         return;
     }
-    fmt::print(stderr, "\r\033[K{} of {} substances", done_, total_);
+    fmt::print(stderr, "\r\033[K{} of {} {}", done_, total_, what_);
     shown_ = true;
     next_ = Clock::now() + shownEvery;
 }

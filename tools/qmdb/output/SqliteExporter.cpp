@@ -2,6 +2,7 @@
 
 #include "output/OutputFile.h"
 #include "output/Sqlite.h"
+#include "output/referredNames.h"
 
 namespace tool {
 
@@ -13,7 +14,7 @@ PRAGMA synchronous = OFF;
 BEGIN;
 CREATE TABLE substance (
     id INTEGER PRIMARY KEY, name TEXT NOT NULL, formula TEXT, cas TEXT, aliases TEXT,
-    comment TEXT NOT NULL, mixture INTEGER NOT NULL, composition TEXT);
+    comment TEXT NOT NULL, mixture INTEGER NOT NULL, composition TEXT, composition_ids TEXT);
 CREATE TABLE component (
     substance_id INTEGER NOT NULL REFERENCES substance, position INTEGER NOT NULL,
     component_id INTEGER NOT NULL, molar_fraction REAL,
@@ -48,9 +49,10 @@ CREATE INDEX property_substance ON property (substance_id, parameter_id);
 CREATE INDEX property_parameter ON property (parameter_id);
 CREATE INDEX point_argument ON point (property_id, first_argument, second_argument);
 CREATE VIEW tidy AS
-    SELECT s.id AS substance_id, s.name AS substance, s.formula, s.cas, s.aliases, s.composition, r.phase_id,
-        h.name AS phase, h.state, r.change_id, c.name AS change, r.parameter_id, m.name AS parameter,
-        m.symbol, m.units, r.type, r.source, r.accuracy, r.comments, r.first_argument_name,
+    SELECT s.id AS substance_id, s.name AS substance, s.formula, s.cas, s.aliases, s.composition,
+        s.composition_ids, r.phase_id, h.name AS phase, h.state, r.change_id, c.name AS change,
+        c.phase1_id AS change_from, c.phase2_id AS change_to, r.parameter_id, m.name AS parameter, m.symbol,
+        m.units, r.type, r.source, r.accuracy, r.comments, r.first_argument_name,
         r.first_argument_units, r.second_argument_name, r.second_argument_units, p.first_argument,
         p.second_argument, NULLIF(p.component, '') AS component, p.value
     FROM point p JOIN property r ON r.id = p.property_id JOIN substance s ON s.id = r.substance_id
@@ -67,7 +69,7 @@ public:
         : file_(file, OutputFile::Existing::Refuse) // nothing that a user has is ever replaced
         , database_(file_.path())
         , layout_(database_)
-        , substance_(database_, "INSERT INTO substance VALUES (?, ?, ?, ?, ?, ?, ?, ?)")
+        , substance_(database_, "INSERT INTO substance VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)")
         , component_(database_, "INSERT INTO component VALUES (?, ?, ?, ?)")
         , phase_(database_, "INSERT INTO phase VALUES (?, ?, ?, ?)")
         , change_(database_, "INSERT INTO phase_change VALUES (?, ?, ?, ?, ?)")
@@ -81,7 +83,8 @@ public:
         const Substance& substance, const SubstanceNotes& notes, const std::string& composition) override
     {
         substance_.run(substance.id, substance.name, given(notes.formula), given(notes.cas),
-            given(aliasesText(notes)), substance.comment, substance.mixture, given(composition));
+            given(aliasesText(notes)), substance.comment, substance.mixture, given(composition),
+            given(compositionIds(substance)));
         long position = 0;
         for (const COMPONENT& component : substance.composition) {
             component_.run(substance.id, position++, component.matterId, component.molarFraction);
@@ -99,7 +102,7 @@ public:
 
     void addValue(const ExportedValue& value) override
     {
-        const auto& [substance, composition, owner, parameter, table, unused, notes, comments] = value;
+        const auto& [substance, composition, owner, parameter, table, unused, notes, comments, more] = value;
         parameter_.run(parameter.id, parameter.name, given(notes.symbol), parameter.units);
         property_.run(substance.id, idOf(owner, Owner::Kind::Phase), idOf(owner, Owner::Kind::Change),
             parameter.id, typeLetter(parameter.type), long { parameter.vector }, given(notes.source),

@@ -3,6 +3,7 @@
 #include "common/numbers.h"
 #include "output/Output.h"
 #include "output/json.h"
+#include "output/referredNames.h"
 #include "output/valueTable.h"
 
 #include <cmath>
@@ -13,15 +14,9 @@ namespace tool {
 namespace {
 
 /// An entry that a row may lack.
-template <class Value>
-Json given(bool present, const Value& value)
-{
-    return present ? Json(value) : Json();
-}
-
 Json given(const std::string& text)
 {
-    return given(!text.empty(), text);
+    return text.empty() ? Json() : Json(text);
 }
 
 ArgumentNotes argumentOf(const ParameterNotes& notes, std::size_t index)
@@ -29,25 +24,67 @@ ArgumentNotes argumentOf(const ParameterNotes& notes, std::size_t index)
     return index < notes.arguments.size() ? notes.arguments[index] : ArgumentNotes();
 }
 
+/// What a substance, a phase or a phase change is; nothing where there is none.
+void addOwnerColumns(Json& columns, const Substance* substance, const std::string& composition,
+    const SubstanceNotes* notes, const Owner* owner)
+{
+    const auto text = [&](const std::string& text) { return substance ? given(text) : Json(); };
+    const bool phase = owner && owner->kind == Owner::Kind::Phase;
+    const bool change = owner && owner->kind == Owner::Kind::Change;
+    columns.update({ { "substance_id", substance ? Json(substance->id) : Json() },
+        { "substance", substance ? Json(substance->name) : Json() },
+        { "formula", notes ? text(notes->formula) : Json() }, { "cas", notes ? text(notes->cas) : Json() },
+        { "aliases", notes ? text(aliasesText(*notes)) : Json() }, { "composition", given(composition) },
+        { "composition_ids", substance ? given(compositionIds(*substance)) : Json() },
+        { "phase_id", phase ? Json(owner->id) : Json() }, { "phase", phase ? Json(owner->name) : Json() },
+        { "state", phase ? Json(stateText(owner->state)) : Json() },
+        { "change_id", change ? Json(owner->id) : Json() }, { "change", change ? Json(owner->name) : Json() },
+        { "change_from", change ? Json(owner->phase1) : Json() },
+        { "change_to", change ? Json(owner->phase2) : Json() } });
+}
+
+/// What a parameter is; nothing where there is none.
+void addParameterColumns(Json& columns, const Parameter* parameter, const std::string& symbol)
+{
+    columns.update({ { "parameter_id", parameter ? Json(parameter->id) : Json() },
+        { "parameter", parameter ? Json(parameter->name) : Json() }, { "symbol", given(symbol) },
+        { "units", parameter ? Json(parameter->units) : Json() } });
+}
+
+void addMoreColumns(Json& columns, const MoreTexts& more)
+{
+    for (const auto& [name, text] : more) {
+        columns[std::string(name)] = given(text);
+    }
+}
+
 /// The columns that all rows of a value share.
 Json sharedColumns(const ExportedValue& value)
 {
-    const auto& [substance, composition, owner, parameter, table, substanceNotes, notes, comments] = value;
-    const ArgumentNotes first = argumentOf(notes, 0);
-    const ArgumentNotes second = argumentOf(notes, 1);
-    const bool phase = owner.kind == Owner::Kind::Phase;
-    const bool change = owner.kind == Owner::Kind::Change;
-    return { { "substance_id", substance.id }, { "substance", substance.name },
-        { "formula", given(substanceNotes.formula) }, { "cas", given(substanceNotes.cas) },
-        { "aliases", given(aliasesText(substanceNotes)) }, { "composition", given(composition) },
-        { "phase_id", given(phase, owner.id) }, { "phase", given(phase, owner.name) },
-        { "state", given(phase, stateText(owner.state)) }, { "change_id", given(change, owner.id) },
-        { "change", given(change, owner.name) }, { "parameter_id", parameter.id },
-        { "parameter", parameter.name }, { "symbol", given(notes.symbol) }, { "units", parameter.units },
-        { "type", typeLetter(parameter.type) }, { "source", given(notes.source) },
-        { "accuracy", given(notes.accuracy) }, { "comments", comments },
+    const ArgumentNotes first = argumentOf(value.notes, 0);
+    const ArgumentNotes second = argumentOf(value.notes, 1);
+    Json columns = Json::object();
+    addOwnerColumns(columns, &value.substance, value.composition, &value.substanceNotes, &value.owner);
+    addParameterColumns(columns, &value.parameter, value.notes.symbol);
+    columns.update({ { "type", typeLetter(value.parameter.type) }, { "source", given(value.notes.source) },
+        { "accuracy", given(value.notes.accuracy) }, { "comments", value.comments },
         { "first_argument_name", given(first.name) }, { "first_argument_units", given(first.units) },
-        { "second_argument_name", given(second.name) }, { "second_argument_units", given(second.units) } };
+        { "second_argument_name", given(second.name) }, { "second_argument_units", given(second.units) } });
+    addMoreColumns(columns, value.more);
+    return columns;
+}
+
+Json sharedColumns(const BareEntry& entry)
+{
+    Json columns = Json::object();
+    addOwnerColumns(columns, entry.substance, entry.composition, entry.substanceNotes, entry.owner);
+    addParameterColumns(columns, entry.parameter, entry.notes ? entry.notes->symbol : std::string());
+    for (const auto name : { "type", "source", "accuracy", "comments", "first_argument_name",
+             "first_argument_units", "second_argument_name", "second_argument_units" }) {
+        columns[name] = Json();
+    }
+    addMoreColumns(columns, entry.more);
+    return columns;
 }
 
 constexpr auto numberColumns = { "first_argument", "second_argument", "component", "value" };
@@ -76,6 +113,11 @@ public:
         }
     }
 
+    void addBare(const BareEntry& entry) override
+    {
+        addRow(front(sharedColumns(entry)), none(), none(), {}, none());
+    }
+
     void finish() override { output_.finish(); }
 
 protected:
@@ -91,10 +133,10 @@ protected:
 
 class CsvExporter : public TidyExporter {
 public:
-    explicit CsvExporter(const std::string& file)
+    CsvExporter(const std::string& file, const MoreTexts& more)
         : TidyExporter(file)
     {
-        const Json columns = sharedColumns({ {}, {}, {}, {}, {}, {}, {}, {} });
+        const Json columns = sharedColumns(BareEntry { .composition = {}, .more = more });
         for (const auto& [name, value] : columns.items()) {
             output_.print("{},", name);
         }
@@ -170,9 +212,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<Exporter> exportCsv(const std::string& file)
+std::unique_ptr<Exporter> exportCsv(const std::string& file, const MoreTexts& columns)
 {
-    return std::make_unique<CsvExporter>(file);
+    return std::make_unique<CsvExporter>(file, columns);
 }
 
 std::unique_ptr<Exporter> exportJson(const std::string& file, bool array)

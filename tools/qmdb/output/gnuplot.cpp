@@ -2,6 +2,7 @@
 
 #include "common/failure.h"
 #include "output/Output.h"
+#include "output/gnuplotScript.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "output/gnuplotScript.h"
+#include "output/picture.h"
+
+#include <string>
 
 namespace tool {
 

@@ -9,6 +9,9 @@ namespace {
 Json toJson(const ListedParameter& listed)
 {
     Json json = parameterJson(listed.parameter, listed.notes);
+    if (listed.comments) {
+        json["comments"] = *listed.comments;
+    }
     if (!listed.error.empty()) {
         json["error"] = listed.error;
         return json;

@@ -5,6 +5,7 @@
 #include "database/interpolation.h"
 #include "output/Output.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct ListedParameter {
     ParameterNotes notes;
     std::size_t points = 0;
     std::vector<Range> ranges; ///< of the arguments
+    std::optional<std::string> comments; ///< of the data file, where they are asked for
     std::string error; ///< why the value cannot be read; else empty
 };
 

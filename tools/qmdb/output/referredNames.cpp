@@ -13,4 +13,13 @@ std::string compositionText(const Substance& substance, const std::vector<Substa
     return fmt::format("{}", fmt::join(parts, " + "));
 }
 
+std::string compositionIds(const Substance& substance)
+{
+    std::vector<std::string> parts;
+    for (const COMPONENT& component : substance.composition) {
+        parts.push_back(fmt::format("{}:{}", component.matterId, component.molarFraction));
+    }
+    return fmt::format("{}", fmt::join(parts, ";"));
+}
+
 } // namespace tool

@@ -21,4 +21,7 @@ std::string nameById(long id, const std::vector<Named>& all)
 /// "0.75 Water + 0.25 Salt"; empty for a pure substance. `all` are the substances of the database.
 std::string compositionText(const Substance& substance, const std::vector<Substance>& all);
 
+/// The same by numbers, as descriptors have it: "1:0.75;3:0.25".
+std::string compositionIds(const Substance& substance);
+
 } // namespace tool

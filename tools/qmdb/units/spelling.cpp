@@ -62,6 +62,46 @@ std::wstring latin(std::wstring_view symbol)
     return std::wstring(symbol);
 }
 
+bool isLatin(wchar_t character)
+{
+    return (character >= L'A' && character <= L'Z') || (character >= L'a' && character <= L'z');
+}
+
+std::optional<std::wstring> russianOf(std::wstring_view symbol)
+{
+    const auto found = std::ranges::find(russianUnits, symbol, &Pair::second);
+    return found == std::end(russianUnits) ? std::nullopt : std::optional(std::wstring(found->first));
+}
+
+/// A Latin symbol in Russian letters; as it stands when there is none.
+std::wstring russian(std::wstring_view symbol)
+{
+    if (const auto unit = russianOf(symbol)) {
+        return *unit;
+    }
+    for (const auto& [meaning, prefix] : russianPrefixes) {
+        const auto unit = symbol.starts_with(prefix) ? russianOf(symbol.substr(prefix.size())) : std::nullopt;
+        if (unit) {
+            return std::wstring(meaning) + *unit;
+        }
+    }
+    return std::wstring(symbol);
+}
+
+/// The text with each run of certain letters replaced.
+std::wstring withRunsReplaced(
+    std::wstring_view text, bool (*isOfRun)(wchar_t), std::wstring (*replacement)(std::wstring_view))
+{
+    std::wstring result;
+    while (!text.empty()) {
+        const auto end = std::ranges::find_if_not(text, isOfRun);
+        const auto length = static_cast<std::size_t>(end - text.begin());
+        result += length > 0 ? replacement(text.substr(0, length)) : std::wstring(1, text.front());
+        text.remove_prefix(std::max(length, std::size_t(1)));
+    }
+    return result;
+}
+
 void replaceAll(std::wstring& text, std::wstring_view from, std::wstring_view to)
 {
     for (std::size_t at = 0; (at = text.find(from, at)) != std::wstring::npos; at += to.size()) {
@@ -80,14 +120,19 @@ std::wstring withUsualSigns(std::wstring text)
     return text;
 }
 
-/// The exponent that begins at a place, which moves behind it: "^-3" of "⁻³".
-std::wstring exponentAt(std::wstring_view text, std::size_t& at)
+bool isSuperscript(wchar_t character)
 {
-    std::wstring exponent = L"^";
-    for (; at < text.size() && superscripts.find(text[at]) != std::wstring_view::npos; ++at) {
-        exponent += superscriptMeanings[superscripts.find(text[at])];
+    return superscripts.find(character) != std::wstring_view::npos;
+}
+
+/// "^-3" of "⁻³".
+std::wstring exponent(std::wstring_view run)
+{
+    std::wstring text = L"^";
+    for (const wchar_t character : run) {
+        text += superscriptMeanings[superscripts.find(character)];
     }
-    return exponent;
+    return text;
 }
 
 } // namespace
@@ -95,21 +140,14 @@ std::wstring exponentAt(std::wstring_view text, std::size_t& at)
 std::string spelledForUdunits(std::string_view units)
 {
     const std::wstring text = withUsualSigns(toWide(units));
-    std::wstring spelled;
-    for (std::size_t at = 0; at < text.size();) {
-        if (superscripts.find(text[at]) != std::wstring_view::npos) {
-            spelled += exponentAt(text, at);
-        } else if (isRussian(text[at])) {
-            const auto end
-                = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isRussian);
-            const auto length = static_cast<std::size_t>(end - text.begin()) - at;
-            spelled += latin(std::wstring_view(text).substr(at, length));
-            at += length;
-        } else {
-            spelled += text[at++];
-        }
-    }
-    return toUtf8(spelled);
+    return toUtf8(withRunsReplaced(withRunsReplaced(text, isSuperscript, exponent), isRussian, latin));
+}
+
+std::string spelledInRussian(std::string_view units)
+{
+    std::wstring text = toWide(units);
+    std::ranges::replace(text, L'µ', L'u');
+    return toUtf8(withRunsReplaced(text, isLatin, russian));
 }
 
 } // namespace tool

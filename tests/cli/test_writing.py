@@ -1,0 +1,234 @@
+"""Values, descriptions, texts and removals: what the commands write, as files and as the library reads it."""
+
+import os
+import pty
+import subprocess
+import unittest
+from pathlib import Path
+
+from support import COMMAND, MARK, SMALL, CommandTest, head, keys, prefixed, snapshot, write
+
+ICE, LIQUID = "Substance1/Phase2", "Substance1/Phase1"
+
+
+class Writing(CommandTest):
+    def files(self):
+        root = Path(self.database)
+        return {str(path.relative_to(root)): path.read_text(encoding="utf-8")
+                for path in root.rglob("*") if path.is_file()}
+
+    def expect_files(self, arguments, output, changed, stdin="", errors=""):
+        """Runs a command and compares what it changes; a text of None stands for a file that goes."""
+        before = self.files()
+        self.expect([arguments[0], *arguments[1:2], "db", *arguments[2:]], output, stdin=stdin, errors=errors)
+        after = self.files()
+        self.assertEqual(changed, {name: after.get(name) for name in before.keys() | after.keys()
+                                   if before.get(name) != after.get(name)}, arguments)
+        status, found, _ = self.run_command("check", "db")
+        self.assertIn("0 errors", found)
+        return before
+
+    def test_adds_values_with_all_that_is_said_about_them(self):
+        rows = "# from a book, p. 3\nT,L\n270,3.3343000000000001e5\n273.15,333431.123456789\n"
+        self.expect_files(["add", "parameter", "Salt", "Latent heat", "--value", "0.1234567890123456"],
+                          "added Latent heat (4) to Salt: constant, scalar, 1 point\n",
+                          {"Substance3/Property1.dat": "0.1234567890123456\n", "Substance3/Property1.prh": head(4, 1)})
+        write(self.database, {"latent.prd": SMALL["latent.prd"].replace("Types=C", "Types=Ct"),
+                              "Substance1/PC2/PC2.pcd": keys(ID=1, Name="Sublimation", Phase1=1, Phase2=0)})
+        self.expect_files(
+            ["add", "parameter", "Water", "latent heat", "--change", "Sublimation", "--source", "Me, 2024", "--accuracy",
+             "1 %", "--comment", "one°", "--comment", "", "--argument-units", "K", "--file", "-"],
+            "added Latent heat (4) to Water, phase change Sublimation: table of T, scalar, 2 points\n",
+            {"Substance1/PC2/Property1.dat": "# one°\n#\n# from a book, p. 3\n270 333430\n273.15 333431.123456789\n",
+             "Substance1/PC2/Property1.prh": keys(Accuracy="1 %", Data="Property1.dat", ID=4, Source="Me, 2024", Type=2,
+                                                  Vector=0),
+             "latent.prd": MARK + "ArgumentUnits=K\n" + SMALL["latent.prd"].replace("Types=C", "Types=Ct")[1:]}, rows)
+        self.assertEqual("T,\"Latent heat, J/kg\"\n", self.output(
+            "get", "db", "Water", "4", "--change", "1", "--csv").replace("T, K", "T").partition("270")[0].replace('"T"', "T"))
+
+    def test_takes_no_name_that_anything_has(self):
+        write(self.database, {f"{LIQUID}/Property2.dat": "# kept\n", f"{LIQUID}/Property3.prh/x": ""})
+        write(self.database, {"conductivity.prd": SMALL["conductivity.prd"].replace("States=S", "States=SL")
+                              .replace("AvForPhases=S", "AvForPhases=SL")})
+        self.output("add", "parameter", "db", "Water", "3", "--phase", "Liquid", "--value", "0.6")
+        self.assertEqual("# kept\n", self.files()[f"{LIQUID}/Property2.dat"])
+        self.assertEqual("0.6\n", self.files()[f"{LIQUID}/Property4.dat"])
+
+    def test_describes_parameters(self):
+        self.expect_files(
+            ["add", "description", "Young's modulus", "--units", "Pa", "--types", "Ct", "--states", "S", "--symbol", "E",
+             "--argument-units", "K", "--name-ru", "Модуль Юнга", "--vector"],
+            "added the description of Young's modulus (5)\n",
+            {"youngs-modulus.prd": keys(ArgumentUnits="K", AvForPhases="S", Binary=0, DataTypes="Ct", ID=5,
+                                        Name="Young's modulus", NameID=11, Scalar=1, Symbol="E", Units="Pa", Vector=1),
+             "default.lst": MARK + "10=Water\n11=Young's modulus\n", "strings.lst": MARK + "10=Вода\n11=Модуль Юнга\n"})
+        self.output("add", "parameter", "db", "Water", "young's modulus", "--phase", "Ice", "--value", "9e9")
+        self.assertIn("Модуль Юнга (5)", self.output("list", "db", "--lang", "ru"))
+
+    def test_sets_values_names_and_keys(self):
+        ice = SMALL["Substance1/Phase2/Phase2.phd"]
+        note = "qmdb: note: the new value keeps what was said about the one before: comments\n"
+        for arguments, output, changed, errors in [
+            (["parameter", "Water", "Molar mass", "--value", "0.018"],
+             "changed Molar mass (2) of Water: constant, scalar, 1 point\n",
+             {"Substance1/Property1.dat": "# kg/mol\n0.018\n"}, note),
+            (["parameter", "Water", "2", "--comment", "new", "--source", "S", "--value", "0.5"],
+             "changed Molar mass (2) of Water: constant, scalar, 1 point\n",
+             {"Substance1/Property1.dat": None, "Substance1/Property2.dat": "# new\n0.5\n", "Substance1/Property1.prh":
+              keys(Data="Property2.dat", ID=2, Source="S", Type=1, Vector=0)}, ""),
+            (["parameter", "Water", "2", "--source", ""], "changed Molar mass (2) of Water\n",
+             {"Substance1/Property1.prh": head(2, 1, data="Property2.dat")}, ""),
+            (["substance", "Water", "--formula", "H2O", "--key", "CAS=7732-18-5", "--name-ru", "Водица"],
+             "changed Water\n",
+             {"strings.lst": MARK + "10=Водица\n", "Substance1/Substance1.mtd": keys(
+                 CAS="7732-18-5", Comment="H₂O", Composition="", Formula="H2O", ID=0, Mixture=0, Name="W", NameID=10)}, ""),
+            (["phase", "Water", "Ice", "--name", "Лёд", "--lang", "ru"], "changed Water, phase Ice\n",
+             {"default.lst": MARK + "10=Water\n11=Ice\n", "strings.lst": MARK + "10=Водица\n11=Лёд\n",
+              f"{ICE}/Phase2.phd": ice + "NameID=11\n"}, ""),
+            (["change", "Water", "Melting", "--name", "Fusion"], "changed Water, phase change Melting\n",
+             {"Substance1/PC1/PC1.pcd": SMALL["Substance1/PC1/PC1.pcd"].replace("Melting", "Fusion")}, ""),
+            (["description", "Density", "--symbol", "rho", "--units", "g/cm³"], "changed the description of Density (1)\n",
+             {"density.prd": SMALL["density.prd"].replace("kg/m³", "g/cm³").replace("\nUnits", "\nSymbol=rho\nUnits")}, ""),
+            (["description", "Density", "--symbol", "rho"], "nothing to change: it is so already\n", {}, ""),
+        ]:
+            if "Вода" in arguments or arguments[1:3] == ["Water", "Ice"]:
+                arguments[1] = "0"
+                arguments[2] = "1"
+                output = "changed Водица, phase Ice\n"
+            self.expect_files(["set", *arguments], output, changed, errors=errors)
+
+    def test_a_text_that_others_share_stays_theirs(self):
+        shared = {"Substance1/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="Liquid", NameID=12),
+                  "Substance2/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="Liquid", NameID=12)}
+        tables = {"default.lst": MARK + "10=Water\n12=Liquid\n", "strings.lst": MARK + "10=Вода\n12=Жидкость\n"}
+        write(self.database, shared | tables)
+        self.expect_files(["set", "phase", "Brine", "Liquid", "--name", "Melt"], "changed Brine, phase Liquid\n",
+                          {"default.lst": tables["default.lst"] + "13=Melt\n",
+                           "strings.lst": tables["strings.lst"] + "13=Жидкость\n",
+                           "Substance2/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="Melt", NameID=13)})
+        self.expect_files(["remove", "substance", "Brine", "--yes"], "removed Brine (1)\n",
+                          {"default.lst": tables["default.lst"], "strings.lst": tables["strings.lst"],
+                           "Substance2/Phase1/Phase1.phd": None, "Substance2/Substance2.mtd": None})
+
+    def test_leaves_shared_data_to_the_others(self):
+        write(self.database, {f"{ICE}/Property3.prh": head(2, 2, 0), "mass.prd":
+                              SMALL["mass.prd"].replace("Types=C", "Types=Ct").replace("AvForPhases=", "AvForPhases=S")})
+        self.expect_files(["remove", "parameter", "Water", "Density", "--phase", "Ice", "--yes"],
+                          "removed Density (1) of Water, phase Ice\n", {f"{ICE}/Property1.prh": None})
+        write(self.database, {f"{ICE}/Property4.prh": head(1, 2, 0)})
+        self.expect_files(["set", "parameter", "Water", "2", "--phase", "Ice", "--comment", "c"],
+                          "changed Molar mass (2) of Water, phase Ice\n",
+                          {f"{ICE}/Property3.prh": head(2, 2, 0, "Property5.dat"),
+                           f"{ICE}/Property5.dat": "# c\n" + SMALL[f"{ICE}/Property1.dat"]})
+
+    def test_removes(self):
+        phase = {name: None for name in SMALL if name.startswith("Substance3/")}
+        for arguments, output, gone in [
+            (["parameter", "Water", "Molar mass"], "Molar mass (2) of Water",
+             {"Substance1/Property1.prh": None, "Substance1/Property1.dat": None}),
+            (["description", "Molar mass"], "the description of Molar mass (2)", {"mass.prd": None}),
+            (["change", "Water", "Melting"], "Water, phase change Melting",
+             {name: None for name in SMALL if name.startswith("Substance1/PC1/")}),
+            (["phase", "Water", "Ice"], "Water, phase Ice", {name: None for name in SMALL if name.startswith(ICE)}),
+            (["substance", "Brine"], "Brine (1)", {name: None for name in SMALL if name.startswith("Substance2/")}),
+            (["substance", "Salt"], "Salt (2)", phase),
+        ]:
+            before = self.files()
+            lines = self.output("remove", arguments[0], "db", *arguments[1:], "--dry-run")
+            self.assertIn("would remove", lines)
+            self.assertEqual(before, self.files())
+            self.expect_files(["remove", *arguments, "--yes"], f"removed {output}\n", gone)
+        self.assertEqual([], [name for name in os.listdir(self.database) if name.startswith(".")])
+
+    def test_asks_on_a_terminal(self):
+        for answer, status in [(b"n\n", 2), (b"y\n", 0)]:
+            ours, theirs = pty.openpty()
+            with subprocess.Popen([COMMAND, "remove", "substance", self.database, "Brine"], stdin=theirs, stderr=theirs,
+                                  stdout=subprocess.DEVNULL) as process:
+                os.write(ours, answer)
+                self.assertEqual(status, process.wait(60))
+            self.assertIn(b"remove Brine (1) with 1 phase, 0 phase changes and 0 values? This cannot be undone. [y/N]",
+                          os.read(ours, 10000))
+            os.close(ours)
+            os.close(theirs)
+        self.assertFalse(Path(self.database, "Substance2").exists())
+
+    def test_refuses_without_writing(self):
+        write(self.database, {"Substance1/Phase1/notes.txt": "mine", "Substance3/Phase1/Property2.prh":
+                              head(1, 1, 0, "../../Substance1/Property1.dat")})
+        before = snapshot(self.database)
+        sure = "this cannot be undone; --yes does it, --dry-run shows what it would do"
+        for arguments, message in [
+            (["remove", "substance", "db", "Brine"], f"remove Brine (1) with 1 phase, 0 phase changes and 0 values: {sure}"),
+            (["remove", "substance", "db", "Water", "--yes"],
+             "Brine (1) has it as a component; remove that mixture first, or give it other components"),
+            (["remove", "phase", "db", "Water", "Ice", "--yes"],
+             "the phase change Melting (0) refers to it; remove that first"),
+            (["remove", "phase", "db", "Brine", "Liquid", "--yes"],
+             "a substance without phases would not be found again: add another phase first, or remove the substance"),
+            (["remove", "description", "db", "Latent heat", "--yes"],
+             "Substance1/PC1/Property1.prh is a value of it; remove the values first"),
+            (["set", "substance", "db", "Brine", "--name", "Water"],
+             'the name "Water" is taken: Substance1/Substance1.mtd shows it'),
+            (["set", "substance", "db", "Brine", "--cas", "7732-18-4"],
+             'CAS cannot be "7732-18-4": write a CAS number, such as 7732-18-5'),
+            (["set", "substance", "db", "Brine", "--key", "ID=5"], '"ID" is no key that can be set here; there are: '
+             "Formula, Aliases, CAS"),
+            (["set", "substance", "db", "Brine"], "nothing is given that should change; --help lists the options"),
+            (["set", "description", "db", "Density", "--types", "CtT", "--vector", "0", "--scalar", "0"],
+             "Substance1/Phase1/Property1.prh has a value of a type or form that the description would not allow any more; "
+             "remove it or allow it"),
+            (["add", "description", "db", "Density", "--units", "1", "--types", "C"],
+             'the name "Density" is taken: density.prd shows it'),
+            (["add", "parameter", "db", "Water", "4", "--change", "Melting", "--value", "1"],
+             "cannot add the parameter: the parameter is there already (-18): Cannot append the parameter to phase change "
+             "because a parameter with such ID is already present, 4"),
+            (["add", "parameter", "db", "Water", "1", "--change", "Melting", "--value", "1", "2", "3"],
+             "cannot add the parameter: the parameter's description does not allow this form (scalar or vector) (-17): "
+             "Incorrect parameter scalar/vector type for addition, ParamID=1Vector=1"),
+            (["add", "parameter", "db", "Brine", "4", "--phase", "Liquid", "--file", "t.csv"],
+             "cannot add the parameter: the parameter's description does not allow this type (-16): Incorrect parameter "
+             "type for addition, ParamID=4ParamType=2"),
+            (["add", "parameter", "db", "Water", "77", "--value", "1"],
+             'no parameter is called "77"; there are: Density (1), Molar mass (2), Conductivity (3), Latent heat (4)'),
+        ]:
+            write(self.scratch, {"t.csv": "1 2\n"})
+            self.expect(arguments, "", 2, prefixed(message))
+        self.assertEqual(before, snapshot(self.database))
+
+    def test_refuses_what_is_not_the_databases_own(self):
+        write(self.database, {"Substance3/Phase2/Phase2.phd": keys(Aggreg=2, ID=1, Name="Melt"),
+                              "Substance3/Phase2/notes.txt": "mine"})
+        self.expect(["remove", "phase", "db", "Salt", "Melt", "--yes"], "", 2, prefixed(
+            '"Substance3/Phase2/notes.txt" is no file of the database; move it away first'))
+        os.rename(Path(self.database, "Substance3/Phase2"), Path(self.scratch, "elsewhere"))
+        Path(self.database, "Substance3/Phase2").symlink_to(Path(self.scratch, "elsewhere"))
+        self.expect(["set", "phase", "db", "Salt", "Melt", "--name", "M"], "", 2, prefixed(
+            '"db/Substance3/Phase2" is a link, and what it leads to may belong to others too: replace it by what it leads '
+            "to, or change that"))
+        self.expect(["remove", "phase", "db", "Salt", "Melt", "--yes"], "removed Salt, phase Melt\n")
+        self.assertEqual(["Phase2.phd", "notes.txt"], sorted(os.listdir(Path(self.scratch, "elsewhere"))))
+
+    def test_a_file_stays_whole_when_the_disk_refuses(self):
+        bound = self.without_privileges()
+        before = snapshot(self.database)
+        for path in [self.database, f"{self.database}/Substance1"]:
+            os.chmod(path, 0o555)
+        refused = 'qmdb: cannot {} "db/{}": Permission denied\n'
+        for arguments, message in [
+            (["set", "parameter", "db", "Water", "2", "--value", "1", "--source", "x", "--comment", "x"],
+             refused.format("write", "Substance1/Property2.dat")),
+            (["add", "description", "db", "X", "--units", "1", "--types", "C"], refused.format("write", "x.prd")),
+            (["remove", "phase", "db", "Salt", "0", "--yes"], None),
+            (["remove", "substance", "db", "Brine", "--yes"], None),
+        ]:
+            status, output, errors = self.run_command(*arguments, process=bound)
+            self.assertEqual((2, ""), (status, output))
+            self.assertIn(message or "qmdb: ", errors)
+        for path in [self.database, f"{self.database}/Substance1"]:
+            os.chmod(path, 0o755)
+        self.assertEqual(before, snapshot(self.database))
+
+
+if __name__ == "__main__":
+    unittest.main()
