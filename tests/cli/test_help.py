@@ -139,7 +139,7 @@ class Manual(CommandTest):
         commands = re.split(r"^\.SS ", self.output("manual"), flags=re.MULTILINE)[1:]
         lines = list(dict.fromkeys(line.replace(r"\-", "-").replace("\\e", "\\") for each in commands
                                    for line in re.findall("^qmdb .*$", each, flags=re.MULTILINE)))
-        first = ["qmdb new", "qmdb add s", "qmdb add phase", "qmdb add"]
+        first = ["qmdb check", "qmdb export materials --all", "qmdb diff", "qmdb new", "qmdb add s", "qmdb add phase", "qmdb add"]
         lines.sort(key=lambda line: next((i for i, begin in enumerate(first) if line.startswith(begin)), len(first)))
         self.assertLess(15, len(lines))
         for line in lines:
@@ -153,13 +153,13 @@ class Manual(CommandTest):
         listing = 'write: qmdb list [OPTIONS] DIR [SUBSTANCE]; "qmdb list --help" tells more'
         getting = 'write: qmdb get [OPTIONS] DIR MATERIAL PARAMETER; "qmdb get --help" tells more'
         for line, status, message in [
-            ("db", 2, 'there is no command "db"; there are: list, get, find, plot, check, export, add, new\n'
+            ("db", 2, 'there is no command "db"; there are: list, get, find, plot, check, export, import, diff, add, set, remove, new\n'
              '"qmdb list db" shows what is in that directory'),
             ("get Water Density", 2, f"PARAMETER is required\n{getting}"),
             ("get db Water Molar mass", 2, '"mass" is one word too many: names with blanks stand in quotes, and phases '
              f"behind --phase\n{getting}"),
             ("list db --substance=Water", 2, f'"qmdb list" has no option --substance=Water; there are: --help, --lang, --log, --json, '
-             f'--sources, --brief\n{listing}'),
+             f'--sources, --brief, --comments\n{listing}'),
             ("list --bref db", 2, f'"qmdb list" has no option --bref; near matches: --brief\n{listing}'),
             ("list bd", 2, '"bd" is not a directory; near matches: db'),
             ("list nothing/here", 2, '"nothing/here" is not a directory; the first argument is the directory of the database'),

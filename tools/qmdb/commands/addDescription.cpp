@@ -83,8 +83,8 @@ void addDescriptionCommand(CLI::App& add, Action& action)
     options->keys.addTo(*command);
     addDryRun(*command, options->edit);
     command->footer(
-        "Example: qmdb add description materials \"Hardness\" --units 1 --types Ct --states S --symbol "
-        "HV \\\n             --argument-units K --name-ru \"Твёрдость\"");
+        "Example:\n  qmdb add description materials Hardness --units 1 --types Ct --states S --symbol HV "
+        "--argument-units K --name-ru \"Твёрдость\"");
 }
 
 } // namespace tool

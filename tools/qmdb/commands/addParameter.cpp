@@ -85,8 +85,11 @@ void addParameterCommand(CLI::App& add, Action& action)
         ->type_name("UNITS");
     addDryRun(*command, options->edit);
     command->footer(
-        "Example: qmdb add parameter materials Water Density --phase Liquid --file density.csv \\\n"
-        "             --source \"measured 2024\" --comment \"at 0.1 MPa\"");
+        "Examples:\n"
+        "  qmdb add parameter mine Water Density --phase Ice --value 917\n"
+        "  qmdb add parameter mine Water Density --phase Liquid --file density.csv --source \"measured "
+        "2024\"\n"
+        "  qmdb add parameter mine Water Density --phase Steam --type p --file - < steam.csv");
 }
 
 } // namespace tool

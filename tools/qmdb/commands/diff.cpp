@@ -83,14 +83,16 @@ void addDiffCommand(CLI::App& app, Action& action)
     command->add_option("OTHER", options->other, "Directory of the second one")
         ->required()
         ->check(notEmpty());
-    command->add_option("--lang", options->one.language,
-        "Language of the names: \"ru\" takes strings.lst, any other default.lst");
+    command
+        ->add_option("--lang", options->one.language,
+            "Language of the names: \"ru\" takes strings.lst, any other default.lst")
+        ->type_name("LANGUAGE");
     command
         ->add_option("--tolerance", options->tolerance,
             "Numbers that differ by no more than this part of the larger one are the same")
         ->check(CLI::Range(0.0, 1.0));
     command->add_flag("--json", options->json, "As JSON");
-    command->footer("Example: qmdb diff materials copy --tolerance 1e-6");
+    command->footer("Example:\n  qmdb diff materials copy --tolerance 1e-6");
     command->callback([&action, options] {
         action = [options] {
             requireDatabase(options->one.directory);

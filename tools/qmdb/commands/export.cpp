@@ -229,7 +229,6 @@ void addExportCommand(CLI::App& app, Action& action)
         ->add_flag("--all", options->all,
             "With rows and columns for what has no values, and texts in Russian: all that import takes")
         ->excludes(sqlite);
-    command->footer("Example: qmdb export materials --all -o materials.csv; qmdb import materials.csv copy");
     command->add_option("-o,--output", options->file, "Write to this file, not to standard output")
         ->type_name("FILE")
         ->check(notEmpty())

@@ -173,15 +173,14 @@ void addImportCommand(CLI::App& app, Action& action)
         ->add_option("DIR", options->location.directory, "Directory of the database; it is made when missing")
         ->required()
         ->check(notEmpty());
-    command->add_option("--lang", options->location.language,
-        "Language of the names in the database: \"ru\" takes strings.lst, any other default.lst");
+    command
+        ->add_option("--lang", options->location.language,
+            "Language of the names in the database: \"ru\" takes strings.lst, any other default.lst")
+        ->type_name("LANGUAGE");
     command->add_flag(
         "--replace", options->replace, "Take the rows' values and texts where the database has others");
     addDryRun(*command, options->edit);
-    command->footer(
-        "Example: qmdb export materials | qmdb import - copy\n"
-        "A row needs the columns substance, parameter and value, a new phase also phase and state; "
-        "docs/qmdb.md lists all");
+    command->footer("Example:\n  qmdb export materials --all | qmdb import - copy");
     command->callback([&action, options] { action = [options] { return runImport(*options); }; });
 }
 

@@ -113,11 +113,11 @@ CLI::App* addRemoval(CLI::App& remove, Action& action, const std::string& name, 
     }
     addYes(*command, options->edit);
     addDryRun(*command, options->edit);
-    command->footer(fmt::format("Example: qmdb remove {} materials {} --dry-run", name,
-        name == "substance"         ? "Bronze"
-            : name == "phase"       ? "Water Steam"
-            : name == "change"      ? "Water Boiling"
-            : name == "description" ? "Viscosity"
+    command->footer(fmt::format("Example:\n  qmdb remove {} materials {} --dry-run", name,
+        name == "substance"         ? "Graphite"
+            : name == "phase"       ? "Graphite \"Natural graphite\""
+            : name == "change"      ? "Water Melting"
+            : name == "description" ? "Hardness"
                                     : "Water Density --phase Liquid"));
     return command;
 }
@@ -128,6 +128,7 @@ void addRemoveCommand(CLI::App& app, Action& action)
 {
     CLI::App* remove = app.add_subcommand("remove", "Remove values, phases, phase changes, substances");
     remove->require_subcommand(1);
+    remove->footer("Example:\n  qmdb remove substance materials Graphite --dry-run");
     const auto add = [&](const std::string& name, const std::string& help, int (*run)(const RemoveOptions&)) {
         const auto options = std::make_shared<RemoveOptions>();
         return std::pair { addRemoval(*remove, action, name, help, options, run), options };

@@ -199,7 +199,7 @@ void addSetSubstance(CLI::App& set, Action& action)
     options->keys.add(*command, "--cas", "CAS", "CAS number");
     options->keys.addAny(*command);
     addDryRun(*command, options->edit);
-    command->footer("Example: qmdb set substance materials Water --formula H2O --aliases \"water;R718\"");
+    command->footer("Example:\n  qmdb set substance materials Water --formula H2O --aliases \"water;R718\"");
 }
 
 void addSetPhase(CLI::App& set, Action& action)
@@ -211,7 +211,7 @@ void addSetPhase(CLI::App& set, Action& action)
     options->texts.add(*command, writing::TextKey::Name, "--name", "Name");
     command->add_option("--state", options->state, "solid, liquid or gas")->check(notEmpty());
     addDryRun(*command, options->edit);
-    command->footer("Example: qmdb set phase materials Water \"Ice Ih\" --name Ice --name-ru \"Лёд\"");
+    command->footer("Example:\n  qmdb set phase materials Water \"Ice Ih\" --name Ice --name-ru \"Лёд\"");
 }
 
 void addSetChange(CLI::App& set, Action& action)
@@ -228,7 +228,7 @@ void addSetChange(CLI::App& set, Action& action)
         ->check(notEmpty());
     command->add_option("--to", options->to, "Phase after the change")->type_name("PHASE")->check(notEmpty());
     addDryRun(*command, options->edit);
-    command->footer("Example: qmdb set change materials Water Boiling --name Evaporation");
+    command->footer("Example:\n  qmdb set change materials Water Vaporisation --name Evaporation");
 }
 
 void addSetParameter(CLI::App& set, Action& action)
@@ -247,7 +247,7 @@ void addSetParameter(CLI::App& set, Action& action)
     options->keys.add(
         *command, "--accuracy", "Accuracy", "Accuracy of the value: a text, or a number with %");
     addDryRun(*command, options->edit);
-    command->footer("Example: qmdb set parameter materials Water \"Molar mass\" --source \"IAPWS, 2018\" "
+    command->footer("Example:\n  qmdb set parameter materials Water \"Molar mass\" --source \"IAPWS, 2018\" "
                     "--value 0.018015268");
 }
 
@@ -264,7 +264,8 @@ void addSetDescription(CLI::App& set, Action& action)
     options->keys.addRulesTo(*command);
     options->keys.addTo(*command);
     addDryRun(*command, options->edit);
-    command->footer("Example: qmdb set description materials Density --symbol rho --argument-units \"Pa;K\"");
+    command->footer(
+        "Example:\n  qmdb set description materials Density --symbol rho --argument-units \"Pa;K\"");
 }
 
 } // namespace
@@ -273,6 +274,7 @@ void addSetCommand(CLI::App& app, Action& action)
 {
     CLI::App* set = app.add_subcommand("set", "Replace values, names and other texts");
     set->require_subcommand(1);
+    set->footer("Example:\n  qmdb set substance materials Water --formula H2O");
     for (const auto addTo :
         { addSetSubstance, addSetPhase, addSetChange, addSetParameter, addSetDescription }) {
         addTo(*set, action);

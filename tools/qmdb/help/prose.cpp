@@ -75,36 +75,14 @@ constexpr std::array prose {
         "in English and "
         "Russian, with charts to compare, other units, and values at a point." },
     CommandProse { "import",
-        "Takes what export writes, and CSV that a person makes: a row for each number, columns in any order "
-        "by the names "
-        "in the first line. All of an import appears or nothing: it is made beside the database, opened to "
-        "try it, and "
-        "takes its place in one step. A fault names row and column.\n\n"
-        "With --all, export writes the Russian texts and the rules of descriptions as well, which then come "
-        "along." },
+        "Takes what export writes. A row needs the columns substance, parameter and value, a new phase also "
+        "phase and "
+        "state. All of it appears, or nothing: the new state is made in a directory beside the database, "
+        "which is "
+        "exchanged with it in one step." },
     CommandProse { "diff",
-        "Things are the same by number and name, else by name, else by number. Each difference is told in a "
-        "line with what "
-        "was and what is." },
-    CommandProse { "set",
-        "Each change is made by a new file that takes the place of the old one. With --dry-run nothing is "
-        "changed, and what "
-        "would be is told." },
-    CommandProse { "set substance", "A name is changed in the language of --lang." },
-    CommandProse { "set phase", "A name is changed in the language of --lang." },
-    CommandProse { "set change", "A name is changed in the language of --lang." },
-    CommandProse { "set parameter", "Values are given as for add parameter." },
-    CommandProse { "set description", "All values of the parameter share its description." },
-    CommandProse { "remove",
-        "Asks on a terminal; elsewhere it wants --yes. What others refer to stays: a component of a mixture, "
-        "a phase of a "
-        "phase change, a description that values have." },
-    CommandProse { "remove substance",
-        "Files in its directory that are not the database's keep it from being removed." },
-    CommandProse { "remove phase", "The last phase stays: the library skips substances without phases." },
-    CommandProse { "remove change", "Its values go with it." },
-    CommandProse { "remove parameter", "A data file that other heads name as well stays." },
-    CommandProse { "remove description", "The texts that only it uses go from the string tables." },
+        "Tells what the second database has otherwise: substances, phases, phase changes, descriptions, "
+        "keys, values." },
     CommandProse { "add", "Nothing is written when the input is wrong." },
     CommandProse {
         "add substance", "A mixture names its components, none twice; their molar fractions add up to 1." },
@@ -113,11 +91,25 @@ constexpr std::array prose {
     CommandProse { "add parameter",
         "Numbers are decimal and finite. In a table a first row without numbers is a head, and lines that "
         "begin with "
-        "# are comments. Semicolons separate where there are any, and commas are decimal points then." },
+        "# are comments, which are kept. Semicolons separate where there are any, and commas are decimal "
+        "points then." },
     CommandProse { "add description",
-        "A description says what the parameter is called, in which units it is, which types of values it may "
-        "have, and "
-        "phases of which states. Its texts go into both string tables." },
+        "A description says what values of a parameter may be, and in which units. It is known by name as "
+        "soon as "
+        "it is there." },
+    CommandProse { "set", "What is not named stays as it is. An empty text removes a key." },
+    CommandProse { "set substance", "The new name may not be that of another substance." },
+    CommandProse { "set phase", "The phase keeps its number, its values and its phase changes." },
+    CommandProse { "set change", "The phase change keeps its number and its values." },
+    CommandProse { "set parameter",
+        "A new value replaces the old one wholly; its source and accuracy stay unless they are given." },
+    CommandProse { "set description", "Concerns every value of the parameter." },
+    CommandProse { "remove", "Asks on a terminal, and refuses what others refer to." },
+    CommandProse { "remove substance", "Its phases, phase changes and values go with it." },
+    CommandProse { "remove phase", "Its values go with it." },
+    CommandProse { "remove change", "Its values go with it." },
+    CommandProse { "remove parameter", "Removes the value; the description of the parameter stays." },
+    CommandProse { "remove description", "Nothing may have the parameter any longer." },
     CommandProse { "new",
         "The descriptions stand in files of their own; README.txt in the directory tells how to go on. "
         "Remove those "
@@ -130,8 +122,9 @@ constexpr std::array sections {
         "anyway.\n\n"
         "TMPDIR: where the temporary directory of the log is made; /tmp by default." },
     ManualSection { "Exit status",
-        "0: done; check has found nothing.\n\n"
-        "1: check has found something; list and export could not read some values; the directory holds "
+        "0: done; check or diff has found nothing.\n\n"
+        "1: check or diff has found something; list and export could not read some values; the directory "
+        "holds "
         "nothing of a "
         "database.\n\n"
         "2: what was asked for could not be done." },
