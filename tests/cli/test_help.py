@@ -153,7 +153,7 @@ class Manual(CommandTest):
         listing = 'write: qmdb list [OPTIONS] DIR [SUBSTANCE]; "qmdb list --help" tells more'
         getting = 'write: qmdb get [OPTIONS] DIR MATERIAL PARAMETER; "qmdb get --help" tells more'
         for line, status, message in [
-            ("db", 2, 'there is no command "db"; there are: list, get, find, plot, check, export, import, diff, add, set, remove, new\n'
+            ("db", 2, 'there is no command "db"; there are: list, get, find, plot, check, export, page, import, diff, add, set, remove, new\n'
              '"qmdb list db" shows what is in that directory'),
             ("get Water Density", 2, f"PARAMETER is required\n{getting}"),
             ("get db Water Molar mass", 2, '"mass" is one word too many: names with blanks stand in quotes, and phases '
