@@ -1,6 +1,6 @@
 // What the Python module is held against: opens a database and reads all its values from C++, several times,
-// and prints the least processor seconds of an open and of reading all values, and how many there are: value_loop DIR
-// REPETITIONS
+// and prints the least processor seconds of an open and of reading all values, and how many there are:
+// value_loop DIR REPETITIONS
 #include "qmdatabase/QMNative.h"
 
 #include <algorithm>
