@@ -240,6 +240,11 @@ class Page(unittest.TestCase):
         self.assertEqual(2, len(self.all(".compared tbody tr")))
         self.browser.refresh()
         self.assertEqual(2, len(self.all(".compared tbody tr")))  # the address holds what is pinned
+        self.open("sample", "?compare=Tin/Solid/Density&Air/Gas/Hardness")
+        self.assertEqual((["Tin, Solid"], ["Nothing here is called “Air/Gas/Hardness”."]),
+                         (self.texts(".compared th a"), self.texts("main .notice")))
+        self.open("sample", "Unobtainium")
+        self.assertEqual(["Nothing here is called “Unobtainium”."], self.texts("main .notice"))
 
     def test_charts(self):
         """A curve for each first argument and each component, logarithmic axes."""

@@ -60,18 +60,21 @@ function propertiesElement() {
     );
 }
 
-function unknownElements(text) {
-    return [
-        element("h2", { tabindex: -1 }, say("materials")),
-        element("p", { class: "notice" }, say("unknownPlace", text)),
-    ];
+function unknownElements(texts) {
+    return texts.map((text) => element("p", { class: "notice" }, say("unknownPlace", text)));
+}
+
+/** The comparison that an address asks for; it takes the place of what was pinned. */
+function comparedElements({ compare, unknown }) {
+    pins.clear();
+    compare.forEach((value) => pins.add(value));
+    return [...comparisonElements(compare), ...unknownElements(unknown)];
 }
 
 /** The elements of a place, which view it is, and its title. */
 function viewOf(place) {
     if (place.compare) {
-        place.compare.forEach((value) => pins.add(value));
-        return { view: "compare", title: say("comparison"), elements: comparisonElements(place.compare) };
+        return { view: "compare", title: say("comparison"), elements: comparedElements(place) };
     }
     if (place.substance) {
         return {
@@ -80,9 +83,10 @@ function viewOf(place) {
             elements: materialElements(place.substance),
         };
     }
+    const heading = () => element("h2", { tabindex: -1 }, say("materials"));
     return {
         view: "start",
-        elements: place.unknown === undefined ? startElements() : unknownElements(place.unknown),
+        elements: place.unknown ? [heading(), ...unknownElements(place.unknown)] : startElements(),
     };
 }
 

@@ -143,12 +143,22 @@ function placeOfText(text) {
     return placeAlong(text.split("/").map(decoded));
 }
 
-/** What the address asks for; `unknown` holds the text that leads nowhere. */
+/** The value of a place, when it can be compared. */
+function comparedValue(place) {
+    const value = place?.value;
+    return value && isHeld(value) && (!isTable(value) || rowCount(value) > 0) ? value : undefined;
+}
+
+/** What the address asks for; `unknown` holds the texts that lead nowhere. */
 function placeOfAddress(hash) {
     const text = hash.replace(/^#/, "");
     if (text.startsWith(comparePrefix)) {
-        const places = text.slice(comparePrefix.length).split("&").filter(Boolean).map(placeOfText);
-        return { compare: places.map((place) => place?.value).filter(Boolean) };
+        const texts = text.slice(comparePrefix.length).split("&").filter(Boolean);
+        const values = texts.map((part) => comparedValue(placeOfText(part)));
+        return {
+            compare: values.filter(Boolean),
+            unknown: texts.filter((part, index) => !values[index]).map(decoded),
+        };
     }
-    return text ? (placeOfText(text) ?? { unknown: decoded(text) }) : {};
+    return text ? (placeOfText(text) ?? { unknown: [decoded(text)] }) : {};
 }
