@@ -42,11 +42,11 @@ void addAddCommand(CLI::App& app, tool::Action& action)
     CLI::App* add
         = app.add_subcommand("add", "Add substances, phases, phase changes, parameters and descriptions");
     add->require_subcommand(1);
-    add->footer("Example:\n  qmdb add substance mine Water --comment H2O --liquid Liquid --gas Steam");
     for (const auto addTo : { tool::addSubstanceCommand, tool::addPhaseCommand, tool::addChangeCommand,
              tool::addParameterCommand, tool::addDescriptionCommand }) {
         addTo(*add, action);
     }
+    add->footer("Example:\n  qmdb add substance mine Water --comment H2O --liquid Liquid --gas Steam");
 }
 
 void addCommands(CLI::App& app, tool::Action& action)
@@ -54,17 +54,18 @@ void addCommands(CLI::App& app, tool::Action& action)
     app.formatter(std::make_shared<tool::HelpFormatter>());
     app.set_version_flag("--version", "qmdb " QMDB_VERSION);
     app.require_subcommand(1);
-    app.footer("Examples:\n"
-               "  qmdb list materials Water\n"
-               "  qmdb get materials Water:Liquid Density --at P=1e6,T=350\n"
-               "  qmdb plot materials Copper Iron \"Thermal conductivity\" --phase Solid -o metals.svg\n"
-               "  qmdb export materials --sqlite materials.sqlite");
     for (const auto add : { tool::addListCommand, tool::addGetCommand, tool::addFindCommand,
              tool::addPlotCommand, tool::addCheckCommand, tool::addExportCommand, tool::addPageCommand,
              tool::addImportCommand, tool::addDiffCommand, addAddCommand, tool::addSetCommand,
              tool::addRemoveCommand, tool::addNewCommand }) {
         add(app, action);
     }
+    // Commands made before this do not inherit it.
+    app.footer("Examples:\n"
+               "  qmdb list materials Water\n"
+               "  qmdb get materials Water:Liquid Density --at P=1e6,T=350\n"
+               "  qmdb plot materials Copper Iron \"Thermal conductivity\" --phase Solid -o metals.svg\n"
+               "  qmdb export materials --sqlite materials.sqlite");
 }
 
 int printManual(const CLI::App& app)

@@ -205,6 +205,7 @@ void addPageCommand(CLI::App& app, Action& action)
     command->add_option("-o,--output", options->file, "Write to this file, not to standard output")
         ->type_name("FILE")
         ->check(notEmpty());
+    command->footer("Example:\n  qmdb page materials -o materials.html");
 }
 
 } // namespace tool
