@@ -1,11 +1,9 @@
 #include "commands/commands.h"
 
-#include "annotations/Annotations.h"
 #include "commands/editing.h"
 #include "commands/owners.h"
 #include "commands/valueInput.h"
 #include "common/names.h"
-#include "database/DatabaseLock.h"
 #include "writing/values.h"
 
 namespace tool {
@@ -44,12 +42,9 @@ void addArgumentUnits(writing::Edit& edit, const Description& description, const
 int runAddParameter(const ParameterOptions& options)
 {
     const GivenValue given = readValue(options.value);
-    const DatabaseLock lock(options.location.directory);
-    const Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    const Resolver resolver(database, annotations);
-    const Substance substance = resolver.substance(options.substance);
-    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
+    const LockedDatabase at(options.location);
+    const Substance substance = at.resolver.substance(options.substance);
+    const Owner owner = chooseOwner(at.resolver, substance, options.phase, options.change);
     writing::Edit edit(options.location.directory, options.location.language, substance.id);
     const Description description = chooseDescription(edit, options.parameter);
     addArgumentUnits(edit, description, options.argumentUnits);

@@ -144,6 +144,14 @@ std::vector<writing::KeyChange> KeyOptions::changes() const
     return changes;
 }
 
+LockedDatabase::LockedDatabase(const Location& location)
+    : lock(location.directory)
+    , database(location)
+    , annotations(location.directory)
+    , resolver(database, annotations)
+{
+}
+
 Owner chooseOwner(
     const Resolver& resolver, const Substance& substance, const std::string& phase, const std::string& change)
 {

@@ -2,6 +2,7 @@
 
 #include "commands/owners.h"
 #include "commands/subcommand.h"
+#include "database/DatabaseLock.h"
 #include "database/entities.h"
 #include "writing/Edit.h"
 #include "writing/descriptors.h"
@@ -75,6 +76,16 @@ private:
     writing::DescriptorOf kind_;
     std::vector<std::unique_ptr<Given>> all_;
     std::vector<std::string> any_;
+};
+
+/// A database that a command changes: locked from before it is opened to the command's end.
+struct LockedDatabase {
+    explicit LockedDatabase(const Location& location);
+
+    const DatabaseLock lock;
+    const Database database;
+    const Annotations annotations;
+    const Resolver resolver;
 };
 
 /// A phase or a phase change of a substance, or the substance itself, as a user names it.

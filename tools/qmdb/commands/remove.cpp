@@ -1,6 +1,5 @@
 #include "commands/commands.h"
 
-#include "annotations/Annotations.h"
 #include "commands/descriptionOptions.h"
 #include "commands/editing.h"
 #include "commands/owners.h"
@@ -46,44 +45,35 @@ int finishRemoval(
 
 int runRemoveSubstance(const RemoveOptions& options)
 {
-    const DatabaseLock lock(options.location.directory);
-    const Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    const Resolver resolver(database, annotations);
-    const Substance substance = resolver.substance(options.substance);
-    const auto owners = database.owners(substance.id);
-    const std::size_t phases = database.phases(substance.id).size();
+    const LockedDatabase at(options.location);
+    const Substance substance = at.resolver.substance(options.substance);
+    const auto owners = at.database.owners(substance.id);
+    const std::size_t phases = at.database.phases(substance.id).size();
     writing::Edit edit(options.location.directory, options.location.language);
     writing::removeSubstance(edit, substance.id);
     return finishRemoval(edit, options.edit, label(substance.name, substance.id),
         fmt::format(" with {}, {} and {}", counted(phases, "phase"),
             counted(owners.size() - phases - 1, "phase change"),
-            counted(countValues(database, substance, owners), "value")));
+            counted(countValues(at.database, substance, owners), "value")));
 }
 
 int runRemoveOwner(const RemoveOptions& options)
 {
-    const DatabaseLock lock(options.location.directory);
-    const Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    const Resolver resolver(database, annotations);
-    const Substance substance = resolver.substance(options.substance);
-    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
+    const LockedDatabase at(options.location);
+    const Substance substance = at.resolver.substance(options.substance);
+    const Owner owner = chooseOwner(at.resolver, substance, options.phase, options.change);
     writing::Edit edit(options.location.directory, options.location.language);
     writing::removeOwner(edit, substance.id, owner);
     return finishRemoval(edit, options.edit, ownerText(substance, owner),
-        fmt::format(" with {}", counted(countValues(database, substance, { owner }), "value")));
+        fmt::format(" with {}", counted(countValues(at.database, substance, { owner }), "value")));
 }
 
 int runRemoveValue(const RemoveOptions& options)
 {
-    const DatabaseLock lock(options.location.directory);
-    const Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    const Resolver resolver(database, annotations);
-    const Substance substance = resolver.substance(options.substance);
-    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
-    const Parameter parameter = resolver.parameter(substance, owner, options.parameter);
+    const LockedDatabase at(options.location);
+    const Substance substance = at.resolver.substance(options.substance);
+    const Owner owner = chooseOwner(at.resolver, substance, options.phase, options.change);
+    const Parameter parameter = at.resolver.parameter(substance, owner, options.parameter);
     writing::Edit edit(options.location.directory, options.location.language);
     writing::removeValue(edit, substance.id, owner, parameter.id);
     return finishRemoval(edit, options.edit,

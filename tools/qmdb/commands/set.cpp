@@ -1,6 +1,5 @@
 #include "commands/commands.h"
 
-#include "annotations/Annotations.h"
 #include "commands/descriptionOptions.h"
 #include "commands/editing.h"
 #include "commands/owners.h"
@@ -98,13 +97,10 @@ void requireTwoPhases(const Owner& owner, const writing::DescriptorChange& chang
 
 int runSetOwner(const SetOwnerOptions& options)
 {
-    const DatabaseLock lock(options.location.directory);
-    const Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    const Resolver resolver(database, annotations);
-    const Substance substance = resolver.substance(options.substance);
-    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
-    const writing::DescriptorChange change = changeOf(options, database, substance);
+    const LockedDatabase at(options.location);
+    const Substance substance = at.resolver.substance(options.substance);
+    const Owner owner = chooseOwner(at.resolver, substance, options.phase, options.change);
+    const writing::DescriptorChange change = changeOf(options, at.database, substance);
     requireTwoPhases(owner, change);
     writing::Edit edit(options.location.directory, options.location.language);
     writing::changeOwner(edit, substance.id, owner, change);
@@ -145,13 +141,10 @@ writing::ValueChange changeOf(const SetValueOptions& options)
 int runSetValue(const SetValueOptions& options)
 {
     const writing::ValueChange change = changeOf(options);
-    const DatabaseLock lock(options.location.directory);
-    const Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    const Resolver resolver(database, annotations);
-    const Substance substance = resolver.substance(options.substance);
-    const Owner owner = chooseOwner(resolver, substance, options.phase, options.change);
-    const Parameter parameter = resolver.parameter(substance, owner, options.parameter);
+    const LockedDatabase at(options.location);
+    const Substance substance = at.resolver.substance(options.substance);
+    const Owner owner = chooseOwner(at.resolver, substance, options.phase, options.change);
+    const Parameter parameter = at.resolver.parameter(substance, owner, options.parameter);
     writing::Edit edit(options.location.directory, options.location.language);
     const auto kept = writing::setValue(edit, substance.id, owner, parameter.id, change);
     const int status = finishEdit(edit, options.edit,
