@@ -1,6 +1,5 @@
 #include "files/CDirectory.h"
 
-#include "files/CLineReader.h"
 #include "format/innerText.h"
 #include "format/vocabulary.h"
 #include "qm/CQMDirectoryScanner.h"
@@ -20,6 +19,8 @@ constexpr std::ptrdiff_t maxOpenInRoot = 1;
 constexpr std::ptrdiff_t maxOpenBelow = 4;
 
 constexpr std::size_t maxBytesAhead = 65536; ///< of one directory
+constexpr std::size_t maxFileAhead = 4096;
+constexpr std::size_t usualBytesAhead = 240; ///< of one directory
 
 /// The error of a directory that is not there, or is none.
 bool isNoDirectory(int number)
@@ -127,6 +128,7 @@ void CDirectory::readAhead()
     if (!handle_ || listError_ != 0 || !isBelowSubstance) {
         return;
     }
+    ahead_.reserve(usualBytesAhead);
     for (Entry& entry : entries_) {
         if (entry.isRegular && isReadWhenLoading(entry.name) && ahead_.size() < maxBytesAhead) {
             readAhead(entry);
@@ -137,7 +139,7 @@ void CDirectory::readAhead()
 void CDirectory::readAhead(Entry& entry)
 {
     qm::CQMInputFile file(pathOf(entry.name));
-    std::array<char, CLineReader::mostBytes> buffer;
+    std::array<char, maxFileAhead> buffer;
     for (std::size_t size = 0; file.isOpen() && size < buffer.size();) {
         const ssize_t count = file.read(std::span(buffer).subspan(size));
         if (count < 0) {

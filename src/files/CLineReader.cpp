@@ -2,14 +2,6 @@
 
 #include <algorithm>
 
-CLineReader::CLineReader(std::string_view bytes) noexcept
-    : read_(bytes.size())
-{
-    std::ranges::copy(bytes, cutter_.room().begin());
-    cutter_.received(bytes.size());
-    cutter_.received(0);
-}
-
 bool CLineReader::readAhead() noexcept
 {
     const ssize_t count = file_->read(cutter_.room());

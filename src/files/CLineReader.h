@@ -19,9 +19,12 @@ public:
         : file_(&file)
     {
     }
-    /// Reads the lines of a file whose bytes, at most mostBytes, are given instead.
-    explicit CLineReader(std::string_view bytes) noexcept;
-    static constexpr std::size_t mostBytes = 4096;
+    /// Reads the lines of a file whose bytes are given instead, and must outlive the object.
+    explicit CLineReader(std::string_view bytes) noexcept
+        : read_(bytes.size())
+        , cutter_(bytes)
+    {
+    }
 
     /// Delivers the next line, valid until the next call. After a last LF comes one empty line.
     Result next(std::string_view& line) noexcept

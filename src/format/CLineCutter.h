@@ -13,9 +13,20 @@ namespace format {
 /// at a NUL and the CR at the end are not its business.
 ///
 /// The bytes come in pieces of any size: whenever next() asks for more, copy some to room() and say with
-/// received() how many there are, 0 for the end of the file.
+/// received() how many there are, 0 for the end of the file. Or they are all there already.
 class CLineCutter {
 public:
+    CLineCutter() = default;
+    /// Cuts the bytes of a whole file, which must outlive the object.
+    explicit CLineCutter(std::string_view whole) noexcept
+        : ended_(true)
+        , end_(whole.size())
+        , bytes_(whole.data())
+    {
+    }
+    CLineCutter(const CLineCutter&) = delete;
+    CLineCutter& operator=(const CLineCutter&) = delete;
+
     enum class Result {
         Line,
         TooLong, ///< the line's first maxLineLength bytes are delivered; cutting must end here
@@ -43,7 +54,7 @@ public:
     bool hitEnd() const noexcept { return hitEnd_; }
 
     /// The bytes received that no line has been cut from.
-    std::string_view ahead() const noexcept { return { buffer_.data() + begin_, end_ - begin_ }; }
+    std::string_view ahead() const noexcept { return { bytes_ + begin_, end_ - begin_ }; }
 
 private:
     /// The same where no LF is as near as it must be.
@@ -54,6 +65,7 @@ private:
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     std::array<char, 32768> buffer_;
+    const char* bytes_ = buffer_.data();
 };
 
 } // namespace format

@@ -1,7 +1,6 @@
 #include "qm/CQMTranscoder.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <langinfo.h>
 
 namespace qm {
@@ -39,9 +38,8 @@ std::wstring CQMTranscoder::AnsiToWide(std::string_view bytes)
 bool CQMTranscoder::IsAnsiAscii()
 {
     // Charsets known to be supersets of ASCII byte by byte; all others go through the C library.
-    const char* const charset = nl_langinfo(CODESET);
-    return std::strcmp(charset, "UTF-8") == 0 || std::strcmp(charset, "ANSI_X3.4-1968") == 0
-        || std::string_view(charset).starts_with("ISO-8859-");
+    const std::string_view charset = nl_langinfo(CODESET);
+    return charset == "UTF-8" || charset == "ANSI_X3.4-1968" || charset.starts_with("ISO-8859-");
 }
 
 } // namespace qm
