@@ -282,10 +282,17 @@ Annotations::Annotations(std::string directory)
 
 Annotations::~Annotations() = default;
 
+void Annotations::readAhead()
+{
+    substancesAhead_
+        = std::async(std::launch::async, [this] { return std::make_unique<const Substances>(directory_); });
+}
+
 const Annotations::Substances& Annotations::substances() const
 {
     if (!substances_) {
-        substances_ = std::make_unique<const Substances>(directory_);
+        substances_ = substancesAhead_.valid() ? substancesAhead_.get()
+                                               : std::make_unique<const Substances>(directory_);
     }
     return *substances_;
 }

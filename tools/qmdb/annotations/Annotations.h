@@ -2,6 +2,7 @@
 
 #include "database/entities.h"
 
+#include <future>
 #include <map>
 #include <memory>
 #include <optional>
@@ -67,6 +68,10 @@ public:
     Annotations& operator=(const Annotations&) = delete;
     ~Annotations();
 
+    /// Begins to read the descriptors of all substances in a thread of its own, for a command that will ask
+    /// for them once it has opened the database.
+    void readAhead();
+
     /// Reads the descriptors of all substances once, and nothing else.
     SubstanceNotes substance(long id) const;
     /// Reads the descriptions once.
@@ -103,6 +108,7 @@ private:
     std::string wholeUnits(const Parameter& parameter) const;
 
     std::string directory_;
+    mutable std::future<std::unique_ptr<const Substances>> substancesAhead_;
     mutable std::unique_ptr<const Substances> substances_;
     mutable std::unique_ptr<const Descriptions> descriptions_;
     mutable std::unique_ptr<const Values> values_; ///< of the substance asked for last

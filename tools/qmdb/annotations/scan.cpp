@@ -6,11 +6,36 @@
 #include "format/paths.h"
 
 #include <algorithm>
+#include <dirent.h>
+#include <fcntl.h>
 #include <iterator>
+#include <memory>
+#include <sys/stat.h>
 
 namespace tool {
 
-namespace fs = std::filesystem;
+namespace {
+
+struct CloseDirectory {
+    void operator()(DIR* directory) const { ::closedir(directory); }
+};
+
+/// The kind of an entry, of which the system mostly tells when it lists it; 0 when it cannot be found out.
+mode_t kindOf(DIR* directory, const dirent& entry, int flags)
+{
+    if (entry.d_type != DT_UNKNOWN && (entry.d_type != DT_LNK || flags == AT_SYMLINK_NOFOLLOW)) {
+        return DTTOIF(entry.d_type);
+    }
+    struct stat status { };
+    return ::fstatat(::dirfd(directory), entry.d_name, &status, flags) == 0 ? status.st_mode : 0;
+}
+
+bool countsAsDirectory(mode_t kind)
+{
+    return S_ISDIR(kind) || S_ISSOCK(kind) || S_ISBLK(kind);
+}
+
+} // namespace
 
 std::string entryPath(std::string_view directory, std::string_view name)
 {
@@ -22,10 +47,22 @@ std::string nativePath(std::string_view root, std::string_view file)
     return format::text::toLocale(file.empty() ? std::string(root) : format::joinPath(root, file));
 }
 
-bool countsAsDirectory(const fs::directory_entry& entry)
+bool forEachEntry(const std::string& nativeDirectory, const std::function<void(const DirectoryEntry&)>& use)
 {
-    std::error_code ignored;
-    return entry.is_directory(ignored) || entry.is_socket(ignored) || entry.is_block_file(ignored);
+    const std::unique_ptr<DIR, CloseDirectory> directory(::opendir(nativeDirectory.c_str()));
+    if (!directory) {
+        return false;
+    }
+    while (const dirent* const entry = ::readdir(directory.get())) {
+        const std::string_view name(entry->d_name);
+        if (name != "." && name != "..") {
+            const mode_t kind = kindOf(directory.get(), *entry, AT_SYMLINK_NOFOLLOW);
+            const bool isLink = S_ISLNK(kind);
+            use({ format::text::fromLocale(name), name,
+                countsAsDirectory(isLink ? kindOf(directory.get(), *entry, 0) : kind), isLink });
+        }
+    }
+    return true;
 }
 
 std::vector<std::string> Scan::filesWith(std::string_view extension) const
@@ -39,14 +76,11 @@ std::vector<std::string> Scan::filesWith(std::string_view extension) const
 Scan scan(std::string_view root, std::string_view directory)
 {
     Scan found;
-    std::error_code failure;
-    fs::directory_iterator entries(nativePath(root, directory), failure);
-    for (; !failure && entries != fs::directory_iterator(); entries.increment(failure)) {
-        std::string name = format::text::fromLocale(entries->path().filename().native());
-        if (!name.empty()) {
-            (countsAsDirectory(*entries) ? found.directories : found.files).push_back(std::move(name));
+    forEachEntry(nativePath(root, directory), [&found](const DirectoryEntry& entry) {
+        if (!entry.name.empty()) {
+            (entry.isDirectory ? found.directories : found.files).push_back(entry.name);
         }
-    }
+    });
     return found;
 }
 

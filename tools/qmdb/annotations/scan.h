@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -16,8 +15,17 @@ std::string entryPath(std::string_view directory, std::string_view name);
 /// The path of a file or directory in the locale's encoding; empty when the locale cannot express it.
 std::string nativePath(std::string_view root, std::string_view file);
 
-/// What the library's scans take for directories; a link is what it leads to.
-bool countsAsDirectory(const std::filesystem::directory_entry& entry);
+/// An entry of a directory.
+struct DirectoryEntry {
+    std::string name; ///< inner text; empty when the locale cannot convert it
+    std::string_view nativeName;
+    bool isDirectory = false; ///< for the library's scans; a link is what it leads to
+    bool isLink = false;
+};
+
+/// Hands on the entries of a directory, whose path is in the locale's encoding, in no order. False when it
+/// cannot be opened.
+bool forEachEntry(const std::string& nativeDirectory, const std::function<void(const DirectoryEntry&)>& use);
 
 /// The names in one directory, in no order.
 struct Scan {

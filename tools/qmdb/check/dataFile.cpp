@@ -61,7 +61,7 @@ private:
         }
         const std::string_view bytes = withoutMark(line);
         checkAscii(line.place, bytes);
-        const std::string text(decoder_.decode(bytes));
+        const std::string_view text = decoder_.decode(bytes);
         const bool isSkipped = format::isSkipped(text);
         const auto first = format::firstArgumentOf(text);
         if (twoArguments_ && line.endsFile && !isSkipped && !first) {
@@ -134,13 +134,13 @@ private:
     }
 
     /// Of several lines the last is the value; it is judged at the end.
-    void addConstant(const Place& place, const std::string& text)
+    void addConstant(const Place& place, std::string_view text)
     {
         if (constant_) {
             context_.findings.warning("ignored-line", constant_->place,
                 "the line is not read: the last one is the value", "remove it, or let it begin with \"#\"");
         }
-        constant_ = { place, text };
+        constant_ = { place, std::string(text) };
         ++rows_;
     }
 
@@ -153,7 +153,7 @@ private:
         }
     }
 
-    void addRow(const Place& place, const std::string& text)
+    void addRow(const Place& place, std::string_view text)
     {
         ++rows_;
         ++subtableRows_;
@@ -177,8 +177,12 @@ private:
     }
 
     /// The numbers of a line; none when their count is wrong or one of them is none.
-    std::vector<double> readNumbers(const Place& place, const std::string& text)
+    std::vector<double> readNumbers(const Place& place, std::string_view text)
     {
+        std::vector<double> numbers(numbers_);
+        if (format::parsePlainRow(text, numbers)) {
+            return numbers; // nothing is amiss in nearly all rows
+        }
         const std::vector<std::string> parts = format::splitString(text);
         if (parts.size() != numbers_) {
             context_.findings.error("bad-row", place,
@@ -186,7 +190,7 @@ private:
                 adviceOnRow(text));
             return {};
         }
-        std::vector<double> numbers;
+        numbers.clear();
         for (std::size_t i = 0; i < parts.size(); ++i) {
             if (const auto number = readNumber(context_, place, parts[i], numberNames[i])) {
                 numbers.push_back(*number);

@@ -74,24 +74,25 @@ bool leadsBack(const Context& context, const std::string& directory, const fs::p
         && leadsBack(context, directory.substr(0, end == std::string::npos ? 0 : end), entry);
 }
 
-void addEntry(Context& context, Listing& listing, const fs::directory_entry& entry)
+void addEntry(Context& context, Listing& listing, const DirectoryEntry& entry)
 {
-    const std::string name = format::text::fromLocale(entry.path().filename().native());
-    const Place place { entryPath(listing.directory, name) };
+    const std::string& name = entry.name;
     if (name.empty()) {
         context.findings.error("bad-name", { listing.directory },
             "the directory holds an entry whose name is no text in the locale's encoding", "rename it");
         return;
     }
     if (std::ranges::any_of(toWide(name), isControl)) {
-        context.findings.warning(
-            "control-character", place, "the name of the entry holds control characters", "remove them");
+        context.findings.warning("control-character", { entryPath(listing.directory, name) },
+            "the name of the entry holds control characters", "remove them");
     }
-    if (!countsAsDirectory(entry)) {
+    if (!entry.isDirectory) {
         listing.files.push_back(name);
-    } else if (entry.is_symlink() && leadsBack(context, listing.directory, entry.path())) {
-        context.findings.warning(
-            "link-loop", place, "the link leads back to a directory that it lies in", "remove it");
+    } else if (entry.isLink
+        && leadsBack(
+            context, listing.directory, fs::path(context.pathOf(listing.directory)) / entry.nativeName)) {
+        context.findings.warning("link-loop", { entryPath(listing.directory, name) },
+            "the link leads back to a directory that it lies in", "remove it");
     } else {
         listing.directories.push_back(name);
     }
@@ -121,22 +122,18 @@ std::vector<std::string> Listing::filesWith(std::string_view extension) const
 {
     std::vector<std::string> found;
     std::ranges::copy_if(files, std::back_inserter(found),
-        [&](const std::string& name) { return extensionOf(name) == extension; });
+        [&](const std::string& name) { return format::hasExtension(name, extension); });
     return found;
 }
 
 Listing list(Context& context, const std::string& directory)
 {
     Listing listing { directory, {}, {}, false };
-    std::error_code failure;
-    fs::directory_iterator entries(context.pathOf(directory), failure);
-    listing.isOpen = !failure;
-    if (failure) {
+    listing.isOpen = forEachEntry(
+        context.pathOf(directory), [&](const DirectoryEntry& entry) { addEntry(context, listing, entry); });
+    if (!listing.isOpen) {
         context.findings.error("cannot-open", { directory }, "the directory cannot be opened",
             "give the right to read and search it");
-    }
-    for (; !failure && entries != fs::directory_iterator(); entries.increment(failure)) {
-        addEntry(context, listing, *entries);
     }
     std::ranges::sort(listing.directories);
     std::ranges::sort(listing.files);
@@ -158,10 +155,10 @@ void reportStrayFiles(
     Context& context, const Listing& listing, std::initializer_list<std::string_view> expected)
 {
     for (const std::string& name : listing.files) {
-        const Place place { entryPath(listing.directory, name) };
         if (std::ranges::find(expected, extensionOf(name)) != expected.end()) {
             continue;
         }
+        const Place place { entryPath(listing.directory, name) };
         if (listing.directory.empty() && extensionOf(name) == extensionOf(format::defaultTable)
             && !isStringTable(name)) {
             context.findings.warning("wrong-extension", place, "no language reads this string table",

@@ -223,8 +223,9 @@ private:
 
 int runFind(const FindOptions& options)
 {
+    Annotations annotations(options.location.directory);
+    annotations.readAhead();
     const Database database(options.location);
-    const Annotations annotations(options.location.directory);
     if (options.asksForValues()) {
         return ValueSearch(options, database, annotations).run() ? ExitDone : ExitFindings;
     }

@@ -108,9 +108,10 @@ bool isWhole(const ListedSubstance& substance)
 
 int runList(const ListOptions& options)
 {
+    Annotations annotations(options.location.directory);
+    annotations.readAhead();
     const Database database(options.location);
     const std::vector<Substance> all = database.substances();
-    const Annotations annotations(options.location.directory);
     std::vector<Substance> wanted = all;
     if (!options.substance.empty()) {
         wanted = { Resolver(database, annotations).substance(options.substance) };

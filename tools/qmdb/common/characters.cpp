@@ -12,6 +12,11 @@ bool isBlank(wchar_t character)
     return std::iswspace(static_cast<std::wint_t>(character)) != 0;
 }
 
+bool isPlain(std::string_view text)
+{
+    return std::ranges::all_of(text, [](char byte) { return byte >= ' ' && byte <= '~'; });
+}
+
 bool isControl(wchar_t character)
 {
     constexpr wchar_t firstBeyondAscii = 0x7F;
@@ -22,6 +27,9 @@ bool isControl(wchar_t character)
 
 std::string printable(std::string_view text)
 {
+    if (isPlain(text)) {
+        return std::string(text);
+    }
     std::wstring wide = toWide(text);
     std::ranges::replace_if(wide, isControl, L'?');
     return toUtf8(wide);

@@ -6,6 +6,8 @@
 namespace tool {
 
 bool isBlank(wchar_t character);
+/// True when all of a text is printable ASCII, as nearly all texts are.
+bool isPlain(std::string_view text);
 /// Those of ASCII and those of Latin-1 behind it.
 bool isControl(wchar_t character);
 

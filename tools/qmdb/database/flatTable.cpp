@@ -30,6 +30,7 @@ template <class Value>
 void appendTable(Table& table, const Value& value)
 {
     table.arguments = 1;
+    table.points.reserve(spanOf(value.rows, value.count).size());
     for (const auto& row : spanOf(value.rows, value.count)) {
         table.points.push_back({ { row.x }, componentsOf(row) });
     }

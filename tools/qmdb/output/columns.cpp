@@ -1,5 +1,6 @@
 #include "output/columns.h"
 
+#include "common/characters.h"
 #include "common/encodings.h"
 
 #include <algorithm>
@@ -8,11 +9,6 @@
 namespace tool {
 
 namespace {
-
-bool isPlain(char byte)
-{
-    return byte >= ' ' && byte <= '~';
-}
 
 std::string blanks(std::string_view utf8, std::size_t width)
 {
@@ -24,7 +20,7 @@ std::string blanks(std::string_view utf8, std::size_t width)
 
 std::size_t displayWidth(std::string_view utf8)
 {
-    if (std::ranges::all_of(utf8, isPlain)) { // nearly all texts, and lists have very many
+    if (isPlain(utf8)) {
         return utf8.size();
     }
     std::size_t width = 0;

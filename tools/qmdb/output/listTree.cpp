@@ -12,11 +12,23 @@ namespace tool {
 
 namespace {
 
+/// A text that knows its width, which is asked for more than once.
+struct Cell {
+    Cell(std::string text)
+        : text(std::move(text))
+        , width(displayWidth(this->text))
+    {
+    }
+
+    std::string text;
+    std::size_t width;
+};
+
 /// A line of the tree: what stands at its branch, and for a parameter the columns behind it.
 struct Line {
-    std::string branch; ///< the drawing in front
-    std::string text;
-    std::vector<std::string> columns;
+    Cell branch; ///< the drawing in front
+    Cell text;
+    std::vector<Cell> columns;
     std::string error;
 };
 
@@ -32,10 +44,11 @@ std::string rangeText(const ListedParameter& listed)
     return text;
 }
 
-std::vector<std::string> valueColumns(const ListedParameter& listed)
+std::vector<Cell> valueColumns(const ListedParameter& listed)
 {
     const Parameter& parameter = listed.parameter;
-    std::vector<std::string> columns { typeText(parameter.type), parameter.vector ? "vector" : "scalar" };
+    std::vector<Cell> columns { typeText(parameter.type),
+        std::string(parameter.vector ? "vector" : "scalar") };
     if (listed.error.empty()) {
         const std::string points
             = fmt::format("{} {}", listed.points, listed.points == 1 ? "point" : "points");
@@ -44,10 +57,10 @@ std::vector<std::string> valueColumns(const ListedParameter& listed)
     return columns;
 }
 
-std::vector<std::string> sourceColumns(const ListedParameter& listed)
+std::vector<Cell> sourceColumns(const ListedParameter& listed)
 {
     const std::string source = sourceText(listed.notes);
-    return { source.empty() ? "no source is given" : source };
+    return { source.empty() ? std::string("no source is given") : source };
 }
 
 Line parameterLine(std::string branch, const ListedParameter& listed, TreeColumns columns)
@@ -89,7 +102,8 @@ void appendOwner(
     const bool self = listed.owner.kind == Owner::Kind::Substance;
     const bool lastOwner = index + 1 == substance.owners.size();
     if (!self) {
-        lines.push_back({ lastOwner ? "└─ " : "├─ ", ownerLine(listed.owner, substance), {}, {} });
+        lines.push_back(
+            { std::string(lastOwner ? "└─ " : "├─ "), ownerLine(listed.owner, substance), {}, {} });
     }
     const std::string trunk = self ? "" : lastOwner ? "   " : "│  ";
     for (std::size_t i = 0; i < listed.parameters.size(); ++i) {
@@ -114,14 +128,21 @@ std::array<std::size_t, 6> widthsOf(const std::vector<std::vector<Line>>& trees)
     for (const auto& lines : trees) {
         for (const Line& line : lines) {
             if (!line.columns.empty()) {
-                widths[0] = std::max(widths[0], displayWidth(line.branch) + displayWidth(line.text));
+                widths[0] = std::max(widths[0], line.branch.width + line.text.width);
             }
             for (std::size_t i = 0; i < line.columns.size(); ++i) {
-                widths[i + 1] = std::max(widths[i + 1], displayWidth(line.columns[i]));
+                widths[i + 1] = std::max(widths[i + 1], line.columns[i].width);
             }
         }
     }
     return widths;
+}
+
+void append(std::string& text, const Cell& cell, std::size_t width, bool endsThere = false)
+{
+    text.append(endsThere ? width - cell.width : 0, ' ');
+    text += cell.text;
+    text.append(endsThere ? 0 : width - cell.width, ' ');
 }
 
 void printLine(Output& output, const Line& line, const std::array<std::size_t, 6>& widths)
@@ -130,16 +151,15 @@ void printLine(Output& output, const Line& line, const std::array<std::size_t, 6
     for (std::size_t i = 0; i < line.columns.size(); ++i) {
         constexpr std::size_t points = 2; // numbers end in one column
         columns += "  ";
-        columns += i == points ? padLeft(line.columns[i], widths[i + 1])
-                               : padRight(line.columns[i], widths[i + 1]);
+        append(columns, line.columns[i], widths[i + 1], i == points);
     }
     if (!line.error.empty()) {
         columns += "  " + output.styled(fmt::fg(fmt::terminal_color::red), line.error);
     }
     columns.erase(columns.find_last_not_of(' ') + 1);
-    const std::size_t taken = displayWidth(line.branch);
-    const std::string text = columns.empty() ? line.text : padRight(line.text, widths[0] - taken);
-    output.print("{}{}{}\n", output.styled(fmt::emphasis::faint, line.branch), text, columns);
+    std::string text;
+    append(text, line.text, columns.empty() ? line.text.width : widths[0] - line.branch.width);
+    output.print("{}{}{}\n", output.styled(fmt::emphasis::faint, line.branch.text), text, columns);
 }
 
 } // namespace
