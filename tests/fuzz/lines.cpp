@@ -12,7 +12,7 @@ namespace {
 using format::CLineCutter;
 using fuzz::require;
 
-/// Sizes of the pieces, taken from the input and repeated without end.
+/// Pieces of a file; their sizes are taken from the input and repeated without end.
 class Pieces {
 public:
     explicit Pieces(fuzz::Input& input)
@@ -29,16 +29,17 @@ private:
     std::size_t at_ = 0;
 };
 
-std::vector<reference::Line> cut(const std::string& file, Pieces& pieces)
+/// Cuts a file that comes in pieces, or is there whole when `whole` is set.
+std::vector<reference::Line> cut(CLineCutter& cutter, const std::string& file, Pieces& pieces, bool whole)
 {
-    CLineCutter cutter;
     std::vector<reference::Line> lines;
-    std::size_t received = 0;
+    std::size_t received = whole ? file.size() : 0;
     std::size_t delivered = 0;
     while (!cutter.hitEnd()) {
         std::string_view line;
         const CLineCutter::Result result = cutter.next(line);
         if (result == CLineCutter::Result::NeedBytes) {
+            require(!whole, "nothing is missing");
             const std::span<char> room = cutter.room();
             require(!room.empty(), "there is room for more");
             const std::size_t count = std::min({ pieces.next(), room.size(), file.size() - received });
@@ -64,6 +65,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     fuzz::Input input(data, size);
     Pieces pieces(input);
     const std::string file = fuzz::inflate(input.rest(), fuzz::mostOfFile);
-    require(cut(file, pieces) == reference::cut(file), "lines end where they should");
+    const auto expected = reference::cut(file);
+    CLineCutter inPieces;
+    require(cut(inPieces, file, pieces, false) == expected, "lines end where they should");
+    CLineCutter atOnce(file);
+    require(cut(atOnce, file, pieces, true) == expected, "lines of a whole file end where they should");
     return 0;
 }
