@@ -43,7 +43,7 @@ std::string escaped(std::string_view text)
 }
 
 /// Prose with its options in bold, on lines of a length that people can compare.
-std::string prose(std::string_view text)
+std::string roffText(std::string_view text)
 {
     constexpr std::size_t lineWidth = 110;
     constexpr std::string_view inOption = "abcdefghijklmnopqrstuvwxyz-";
@@ -69,13 +69,13 @@ std::string paragraphs(std::string_view text)
     std::string result;
     std::istringstream lines { std::string(text) };
     for (std::string line; std::getline(lines, line);) {
-        result += line.empty() ? ".PP\n" : prose(line);
+        result += line.empty() ? ".PP\n" : roffText(line);
     }
     return result;
 }
 
 /// "qmdb get [OPTIONS] DIR MATERIAL PARAMETER"
-std::string usage(const CLI::App& command)
+std::string usageLine(const CLI::App& command)
 {
     std::string text = bold("qmdb " + commandName(command)) + " [" + italic("options") + "]";
     const CLI::Formatter formatter;
@@ -115,7 +115,7 @@ std::string sentence(std::string text)
 
 std::string explained(const CLI::Option& option)
 {
-    return fmt::format(".TP\n{}\n{}", written(option), prose(sentence(option.get_description())));
+    return fmt::format(".TP\n{}\n{}", written(option), roffText(sentence(option.get_description())));
 }
 
 /// All that have something to do by themselves.
@@ -160,7 +160,7 @@ public:
                             ".SH SYNOPSIS\n.nf\n",
             escaped(description));
         for (const CLI::App* command : leaves(app_)) {
-            text_ += usage(*command);
+            text_ += usageLine(*command);
         }
         text_ += fmt::format(".fi\n.SH DESCRIPTION\n{}.SH COMMANDS\n", paragraphs(proseOf("")));
         for (const CLI::App* command : subcommands(app_)) {
@@ -205,8 +205,8 @@ private:
         if (proseOf(name).empty()) {
             throw Failure("the manual knows nothing of \"qmdb {}\"; add it to the table of prose", name);
         }
-        text_ += fmt::format(
-            ".SS {}\n{}.PP\n{}", name, prose(sentence(command.get_description())), paragraphs(proseOf(name)));
+        text_ += fmt::format(".SS {}\n{}.PP\n{}", name, roffText(sentence(command.get_description())),
+            paragraphs(proseOf(name)));
         if (below.empty()) {
             addOptions(command);
         }

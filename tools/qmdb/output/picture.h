@@ -1,5 +1,7 @@
 #pragma once
 
+#include "database/interpolation.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -18,11 +20,6 @@ struct Curve {
     bool isLevel = false; ///< a constant, which is drawn across the whole picture; its dots have no x
     double parameter = 0; ///< in a family: the number that the curves differ in
     std::vector<Dot> dots;
-};
-
-struct Range {
-    double least = 0;
-    double most = 0;
 };
 
 enum class Scale { Fitting, Linear, Logarithmic };

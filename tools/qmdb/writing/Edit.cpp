@@ -60,11 +60,6 @@ const Descriptor& itself(const Descriptor& descriptor)
     return descriptor;
 }
 
-const Descriptor& ofEntity(const Entity& entity)
-{
-    return entity.descriptor;
-}
-
 const Descriptor& ofSubstance(const SubstanceTree& substance)
 {
     return substance.self.descriptor;

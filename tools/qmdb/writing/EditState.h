@@ -7,6 +7,7 @@
 #include "writing/FreeNames.h"
 #include "writing/StringTables.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,28 @@ struct EditState {
     FreeNames names;
     std::unique_ptr<DatabaseLock> ownerLock; ///< keeps the library's additions from the names chosen
 };
+
+/// For searches among phases and phase changes.
+inline const check::Descriptor& ofEntity(const check::Entity& entity)
+{
+    return entity.descriptor;
+}
+
+/// Calls `use` with each value's owner and head.
+template <class Use>
+void forEachHead(const check::Tree& tree, Use&& use)
+{
+    const auto each = [&use](const check::Entity& owner) {
+        for (const check::Descriptor& head : owner.heads) {
+            use(owner, head);
+        }
+    };
+    for (const check::SubstanceTree& substance : tree.substances) {
+        each(substance.self);
+        std::ranges::for_each(substance.phases, each);
+        std::ranges::for_each(substance.changes, each);
+    }
+}
 
 /// All three throw Failure where several have the ID, or none has.
 const check::SubstanceTree& substanceFiles(const EditState& state, long substance);

@@ -136,27 +136,11 @@ void requireFreeNames(const EditState& state, const All& all, const Descriptor& 
     }
 }
 
-const Descriptor& ofEntity(const Entity& entity)
-{
-    return entity.descriptor;
-}
-
-template <class Use>
-void forEachHead(const check::Tree& tree, Use&& use)
-{
-    const auto each = [&](const Entity& owner) { std::ranges::for_each(owner.heads, use); };
-    for (const SubstanceTree& substance : tree.substances) {
-        each(substance.self);
-        std::ranges::for_each(substance.phases, each);
-        std::ranges::for_each(substance.changes, each);
-    }
-}
-
 /// Throws Failure when a value is of a type or a form that a description allows no more.
 void requireValuesFit(const EditState& state, const Descriptor& before, const DescriptorText& after)
 {
     const std::string types = after.text(textOf(Key::DataTypes)).value_or("");
-    forEachHead(state.tree, [&](const Descriptor& head) {
+    forEachHead(state.tree, [&](const Entity&, const Descriptor& head) {
         const Key form = head.flag(Key::Vector) ? Key::Vector : Key::Scalar;
         const auto type = static_cast<PARAM_TYPE>(head.number(Key::Type));
         const bool fits

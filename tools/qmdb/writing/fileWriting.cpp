@@ -23,15 +23,15 @@ constexpr mode_t directoryMode = 0777;
 constexpr int noEntry = -1;
 
 /// An open file or directory.
-class Descriptor {
+class OpenFile {
 public:
-    Descriptor(const fs::path& path, int flags, mode_t mode = 0)
+    OpenFile(const fs::path& path, int flags, mode_t mode = 0)
         : number_(::open(path.c_str(), flags | O_CLOEXEC, mode))
     {
     }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor()
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    ~OpenFile()
     {
         if (isOpen()) {
             ::close(number_);
@@ -109,7 +109,7 @@ public:
 private:
     const fs::path& target_;
     std::string path_;
-    std::optional<Descriptor> file_;
+    std::optional<OpenFile> file_;
     std::optional<Leftover> leftover_;
 };
 
@@ -131,7 +131,7 @@ void writeWholeFile(const fs::path& path, std::string_view bytes, Existing exist
 
 void writeUnseenFile(const fs::path& path, std::string_view bytes)
 {
-    const Descriptor file(path, O_WRONLY | O_CREAT | O_EXCL, everybody);
+    const OpenFile file(path, O_WRONLY | O_CREAT | O_EXCL, everybody);
     if (!file.isOpen() || !writeAll(file.number(), bytes)) {
         throwSystemFailure("write", path);
     }
@@ -155,7 +155,7 @@ void removeFile(const fs::path& path)
 
 void flushDirectory(const fs::path& path)
 {
-    const Descriptor directory(path, O_RDONLY | O_DIRECTORY);
+    const OpenFile directory(path, O_RDONLY | O_DIRECTORY);
     const bool flushed = directory.isOpen() && ::fsync(directory.number()) == 0;
     if (!flushed && errno != EINVAL
         && errno != EACCES) { // no such operation, or a directory only to write to
@@ -165,7 +165,7 @@ void flushDirectory(const fs::path& path)
 
 void flushFileSystem(const fs::path& path)
 {
-    const Descriptor directory(path, O_RDONLY | O_DIRECTORY);
+    const OpenFile directory(path, O_RDONLY | O_DIRECTORY);
     if (!directory.isOpen() || ::syncfs(directory.number()) != 0) {
         throwSystemFailure("flush", path);
     }

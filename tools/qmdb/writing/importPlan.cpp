@@ -581,7 +581,6 @@ private:
         const DraftSubstance& draft, long id, const std::string& directory, const SubstanceTree* present)
     {
         static const std::vector<Entity> nothing;
-        const auto ofEntity = [](const Entity& entity) -> const Descriptor& { return entity.descriptor; };
         Known phases = known(present ? present->phases : nothing, ofEntity);
         Known changes = known(present ? present->changes : nothing, ofEntity);
         for (const DraftOwner& owner : draft.owners) {

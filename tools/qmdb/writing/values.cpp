@@ -45,21 +45,6 @@ fs::path dataPlace(const EditState& state, const Entity& owner, const Descriptor
     return fs::weakly_canonical(placeOf(state, check::dataFileOf(owner, head)), ignored);
 }
 
-template <class Use>
-void forEachHead(const check::Tree& tree, Use&& use)
-{
-    const auto each = [&](const Entity& owner) {
-        for (const Descriptor& head : owner.heads) {
-            use(owner, head);
-        }
-    };
-    for (const check::SubstanceTree& substance : tree.substances) {
-        each(substance.self);
-        std::ranges::for_each(substance.phases, each);
-        std::ranges::for_each(substance.changes, each);
-    }
-}
-
 /// True for a plain file beside the head that no other head names.
 bool hasOwnData(const EditState& state, const Entity& owner, const Descriptor& head)
 {
