@@ -26,7 +26,7 @@ COMPLETION = """
 . /usr/share/bash-completion/bash_completion
 _completion_loader qmdb
 COMP_WORDS=(qmdb ex) COMP_CWORD=1 COMP_LINE="qmdb ex" COMP_POINT=7
-_qmdb
+_qmdb qmdb
 echo "${COMPREPLY[@]}"
 """
 # This machine's choices may be of packages that the root does without.
