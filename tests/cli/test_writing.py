@@ -2,6 +2,7 @@
 
 import os
 import pty
+import resource
 import subprocess
 import unittest
 from pathlib import Path
@@ -97,6 +98,58 @@ class Writing(CommandTest):
                 output = "changed Водица, phase Ice\n"
             self.expect_files(["set", *arguments], output, changed, errors=errors)
 
+    def test_adds_substances_and_changes_with_texts_in_both_languages(self):
+        self.expect_files(
+            ["add", "substance", "Melt", "--comment", "new", "--name-ru", "Расплав", "--comment-ru", "новый", "--formula", "X",
+             "--aliases", "a;b", "--cas", "7732-18-5", "--component", "Water:0.5584824", "--component", "2:0.3968805",
+             "--component", "Brine:0.0446371", "--liquid", "L"],  # more than 1 in binary
+            "added substance Melt (3)\nadded phase L (0), liquid\n",
+            {"Substance4/Substance4.mtd": keys(Aliases="a;b", CAS="7732-18-5", Comment="new", CommentID=12, Composition=
+                                               "0:0.5584824;2:0.3968805;1:0.0446371", Formula="X", ID=3, Mixture=1,
+                                               Name="Melt", NameID=11),
+             "Substance4/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="L", NameID=13),
+             "default.lst": MARK + "10=Water\n11=Melt\n12=new\n",
+             "strings.lst": MARK + "10=Вода\n11=Расплав\n12=новый\n"})
+        self.expect_files(["add", "change", "Water", "Thaw", "--from", "Ice", "--to", "0", "--name-ru", "Оттепель"],
+                          "added phase change Thaw (1), Ice to Liquid\n",
+                          {"Substance1/PC2/PC2.pcd": keys(ID=1, Name="Thaw", NameID=14, Phase1=1, Phase2=0),
+                           "default.lst": MARK + "10=Water\n11=Melt\n12=new\n14=Thaw\n",
+                           "strings.lst": MARK + "10=Вода\n11=Расплав\n12=новый\n14=Оттепель\n"})
+
+    def test_tells_what_stands_when_the_second_step_of_an_addition_fails(self):
+        write(self.database, {"strings.lst": SMALL["strings.lst"] + "".join(f"{i}=x\n" for i in range(100, 700))})
+        bound = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (3000, 3000)), "restore_signals": False}
+        self.expect(["add", "substance", "db", "Tin", "--name-ru", "Олово", "--solid", "S"],
+                    "", 2, prefixed(
+                        'cannot write "db/strings.lst": File too large\nTin (3) is in the database now, but not all that was '
+                        'given with it: "qmdb set substance" adds that when the cause is gone, "qmdb remove substance" takes '
+                        "it away again"), process=bound)
+        self.output("set", "substance", "db", "Tin", "--name-ru", "Олово")
+        self.assertIn("Олово (3)", self.output("list", "db", "--lang", "ru"))
+
+    def test_sets_compositions(self):
+        brine, other = (["set", "substance", name] for name in ("Brine", "Salt"))
+        descriptor = "Substance2/Substance2.mtd"
+        pure = SMALL[descriptor].replace("0:0.75;2:0.25", "").replace("Mixture=1", "Mixture=0")
+        halves = ["--component", "Water:0.1234567890123456", "--component", "Salt:0.8765432109876544"]
+        for arguments, changed, differences in [
+            ([*brine, "--pure"], {descriptor: pure},
+             "mixture: 1 -> 0\n~ substance Brine (1), composition: 0.75 Water + 0.25 Salt -> nothing\n2 differences\n"),
+            ([*brine, *halves], {descriptor: SMALL[descriptor].replace("0.75", halves[1][6:]).replace("0.25", halves[3][5:])},
+             f"composition: 0.75 Water + 0.25 Salt -> {halves[1][6:]} Water + {halves[3][5:]} Salt\n1 difference\n"),
+            ([*other, "--component", "Water:1e-7", "--component", "Brine:0.9999999"],
+             {"Substance3/Substance3.mtd": SMALL["Substance3/Substance3.mtd"].replace("Mixture=0", "Mixture=1").replace(
+                 "Composition=", "Composition=0:1e-07;1:0.9999999")}, None),
+        ]:
+            with self.subTest(arguments):
+                before = self.files()
+                self.assertIn("\n    + Composition=", self.output(*arguments[:2], "db", *arguments[2:], "--dry-run"))
+                self.assertEqual(before, self.files())
+                self.expect_files(arguments, f"changed {arguments[2]}\n", changed)
+                write(Path(self.scratch, "before"), SMALL)
+                if differences:
+                    self.expect(["diff", "before", "db"], "~ substance Brine (1), " + differences, 1)
+
     def test_a_text_that_others_share_stays_theirs(self):
         shared = {"Substance1/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="Liquid", NameID=12),
                   "Substance2/Phase1/Phase1.phd": keys(Aggreg=2, ID=0, Name="Liquid", NameID=12)}
@@ -174,6 +227,23 @@ class Writing(CommandTest):
              'CAS cannot be "7732-18-4": write a CAS number, such as 7732-18-5'),
             (["set", "substance", "db", "Brine", "--key", "ID=5"], '"ID" is no key that can be set here; there are: '
              "Formula, Aliases, CAS"),
+            (["set", "substance", "db", "Brine", "--component", "Brine:0.5", "--component", "Salt:0.5"],
+             "Brine (1) cannot be a component of itself"),
+            (["set", "substance", "db", "Brine", "--component", "Water:1"], "a mixture has two components or more"),
+            (["set", "substance", "db", "Brine", "--component", "Water:0.6", "--component", "Salt:0.6"],
+             "the molar fractions add up to 1.2; they must add up to 0.99 to 1"),
+            (["set", "substance", "db", "Brine", "--pure", "--component", "Water:1"],
+             '--component excludes --pure\n"qmdb set substance --help" tells what to write'),
+            (["add", "substance", "db", "Tin", "--name-ru", "Вода", "--solid", "S"],
+             'the name "Вода" is taken: Substance1/Substance1.mtd shows it'),
+            (["add", "substance", "db", "Tin", "--cas", "1-1-1", "--solid", "S"],
+             'CAS cannot be "1-1-1": write a CAS number, such as 7732-18-5'),
+            (["add", "substance", "db", "Tin", "--comment-ru", "x" * 50, "--solid", "S"],
+             "--comment-ru has 50 characters; 49 fit"),
+            (["add", "substance", "db", "Tin", "--aliases", "x" * 1020, "--solid", "S"],
+             "Aliases is too long: a line of a file holds 1022 bytes"),
+            (["add", "change", "db", "Water", "Thaw", "--from", "Ice", "--to", "Liquid", "--name-ru", "Melting"],
+             'the name "Melting" is taken: Substance1/PC1/PC1.pcd shows it'),
             (["set", "substance", "db", "Brine"], "nothing is given that should change; --help lists the options"),
             (["set", "description", "db", "Density", "--types", "CtT", "--vector", "0", "--scalar", "0"],
              "Substance1/Phase1/Property1.prh has a value of a type or form that the description would not allow any more; "

@@ -1,8 +1,8 @@
 #include "commands/commands.h"
 
-#include "commands/owners.h"
+#include "commands/editing.h"
+#include "common/leftovers.h"
 #include "common/names.h"
-#include "database/DatabaseLock.h"
 #include "input/recordTexts.h"
 #include "output/Output.h"
 
@@ -16,25 +16,28 @@ struct ChangeOptions {
     std::string name;
     std::string from;
     std::string to;
+    TextOptions texts;
 };
 
 int runAddChange(const ChangeOptions& options)
 {
-    const DatabaseLock lock(options.location.directory);
-    Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    const Resolver resolver(database, annotations);
-    const Substance substance = resolver.substance(options.substance);
-    const Owner from = resolver.phase(substance, options.from);
-    const Owner to = resolver.phase(substance, options.to);
+    const writing::DescriptorChange rest { options.texts.changes(options.location.language), {} };
+    LockedDatabase at(options.location);
+    const Substance substance = at.resolver.substance(options.substance);
+    const Owner from = at.resolver.phase(substance, options.from);
+    const Owner to = at.resolver.phase(substance, options.to);
     if (from.id == to.id) {
         throw Failure("a phase change leads from one phase to another");
     }
     PHASECHANGE record { 0, {}, from.id, to.id };
     setName(record.name, options.name, "the name");
-    const long id = database.addChange(substance.id, record);
+    requireAddition(options.location, substance.id, Owner::Kind::Change, rest);
+    const PutOffSignals putOff; // all of it, or nothing
     Output output;
-    output.print("added phase change {}, {} to {}\n", label(options.name, id), from.name, to.name);
+    Owner added { Owner::Kind::Change, -1, options.name, MATTER_STATE_NOT_GIVEN, from.id, to.id };
+    added.id = at.database.addChange(substance.id, record);
+    output.print("added phase change {}, {} to {}\n", label(options.name, added.id), from.name, to.name);
+    completeAddition(options.location, substance.id, added, rest, label(options.name, added.id));
     output.finish();
     return ExitDone;
 }
@@ -50,6 +53,7 @@ void addChangeCommand(CLI::App& add, Action& action)
         ->required()
         ->check(notEmpty());
     command->add_option("NAME", options->name, "Name of the new phase change")->required();
+    options->texts.addRussian(*command, writing::TextKey::Name, "--name-ru", "Name");
     command->add_option("--from", options->from, "Phase before the change")
         ->required()
         ->type_name("PHASE")

@@ -1,15 +1,15 @@
 #include "commands/commands.h"
 
-#include "commands/owners.h"
+#include "commands/editing.h"
+#include "commands/mixtureOptions.h"
 #include "commands/phaseOptions.h"
+#include "common/leftovers.h"
 #include "common/names.h"
-#include "common/numbers.h"
-#include "common/vocabulary.h"
-#include "database/DatabaseLock.h"
 #include "input/recordTexts.h"
+#include "writing/composition.h"
 
 #include <algorithm>
-#include <optional>
+#include <iterator>
 
 namespace tool {
 
@@ -21,51 +21,15 @@ struct SubstanceOptions {
     std::string comment;
     std::vector<std::string> components;
     PhaseOptions phases;
+    TextOptions texts; ///< beside those of the language of --lang
+    KeyOptions keys { writing::DescriptorOf::Substance };
 };
 
-/// "Copper:0.9" or "1:0.9"; the last colon separates, as a name may hold others.
-COMPONENT componentOf(const Resolver& resolver, const std::string& text)
-{
-    const std::size_t colon = text.rfind(':');
-    const auto fraction = colon == std::string::npos
-        ? std::nullopt
-        : asFiniteNumber(std::string_view(text).substr(colon + 1));
-    if (!fraction || !(*fraction > 0)) {
-        throw Failure("\"{}\" is no component: write SUBSTANCE:FRACTION with a fraction above 0", text);
-    }
-    return { resolver.substance(text.substr(0, colon)).id, *fraction };
-}
+constexpr long noSubstance = -1;
 
-std::vector<COMPONENT> compositionOf(const Resolver& resolver, const std::vector<std::string>& texts)
+/// The library adds the fractions up without regard to rounding.
+void fill(MATTER& record, const SubstanceOptions& options, const std::vector<COMPONENT>& composition)
 {
-    std::vector<COMPONENT> composition;
-    double sum = 0;
-    for (const std::string& text : texts) {
-        const COMPONENT component = componentOf(resolver, text);
-        if (std::ranges::count(composition, component.matterId, &COMPONENT::matterId) > 0) {
-            throw Failure("\"{}\": this component is named twice", text);
-        }
-        composition.push_back(component);
-        sum += composition.back().molarFraction;
-    }
-    if (texts.size() == 1) {
-        throw Failure("a mixture has two components or more");
-    }
-    // The library refuses these too, but only after it has made the substance's directory.
-    if (!texts.empty() && !vocabulary::isSumAllowed(sum)) {
-        throw Failure("the molar fractions add up to {}; they must add up to 0.99 to 1", sum);
-    }
-    return composition;
-}
-
-int runAddSubstance(const SubstanceOptions& options)
-{
-    const std::vector<PHASE> phases = phaseRecords(options.phases);
-    const DatabaseLock lock(options.location.directory);
-    Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    auto composition = compositionOf(Resolver(database, annotations), options.components);
-    MATTER record {};
     setName(record.name, options.name, "the name");
     setText(record.comment, options.comment, "the comment");
     record.mixture = composition.empty() ? 0 : 1;
@@ -73,11 +37,36 @@ int runAddSubstance(const SubstanceOptions& options)
     if (!composition.empty()) {
         record.composition = new COMPONENT[composition.size()]; // the record frees it
         std::ranges::copy(composition, record.composition);
+        roundDown({ record.composition, composition.size() });
     }
+}
+
+/// What the record does not hold: texts in Russian, keys, and fractions to their last digit.
+writing::DescriptorChange restOf(const SubstanceOptions& options, const std::vector<COMPONENT>& composition)
+{
+    writing::DescriptorChange rest { options.texts.changes(options.location.language),
+        options.keys.changes() };
+    if (!composition.empty()) {
+        std::ranges::move(writing::compositionKeys(composition), std::back_inserter(rest.keys));
+    }
+    return rest;
+}
+
+int runAddSubstance(const SubstanceOptions& options)
+{
+    const std::vector<PHASE> phases = phaseRecords(options.phases);
+    LockedDatabase at(options.location);
+    const std::vector<COMPONENT> composition = compositionOf(at.resolver, options.components);
+    MATTER record {};
+    fill(record, options, composition);
+    const writing::DescriptorChange rest = restOf(options, composition);
+    requireAddition(options.location, noSubstance, Owner::Kind::Substance, rest);
+    const PutOffSignals putOff; // all of it, or nothing
     Output output;
-    const long id = database.addSubstance(record);
+    const long id = at.database.addSubstance(record);
     output.print("added substance {}\n", label(options.name, id));
-    addPhases(database, id, phases, output);
+    addPhases(at.database, id, phases, output);
+    completeAddition(options.location, id, Owner(), rest, label(options.name, id));
     output.finish();
     return ExitDone;
 }
@@ -92,11 +81,11 @@ void addSubstanceCommand(CLI::App& add, Action& action)
         runAddSubstance);
     command->add_option("NAME", options->name, "Name of the new substance")->required();
     command->add_option("--comment", options->comment, "Comment")->type_name("TEXT");
-    command
-        ->add_option("--component", options->components,
-            "Component of a mixture and its molar fraction; once for each component")
-        ->type_name("SUBSTANCE:FRACTION")
-        ->allow_extra_args(false);
+    options->texts.addRussian(*command, writing::TextKey::Name, "--name-ru", "Name");
+    options->texts.addRussian(*command, writing::TextKey::Comment, "--comment-ru", "Comment");
+    addSubstanceKeys(*command, options->keys);
+    addComponentOption(*command, options->components,
+        "Component of a mixture and its molar fraction; once for each component");
     addPhaseOptions(*command, options->phases);
     command->footer(
         "Examples:\n"

@@ -2,6 +2,7 @@
 
 #include "commands/owners.h"
 #include "common/characters.h"
+#include "common/leftovers.h"
 #include "common/names.h"
 #include "input/recordTexts.h"
 #include "output/Output.h"
@@ -71,6 +72,7 @@ int finishEdit(const writing::Edit& edit, const EditOptions& options, std::strin
             output.print("{}\n", line);
         }
     } else {
+        const PutOffSignals putOff; // a change of several files is not left half way
         writing::removeRests(edit.directory());
         changes.apply(edit.directory());
         output.print("{}\n", done);
@@ -144,12 +146,46 @@ std::vector<writing::KeyChange> KeyOptions::changes() const
     return changes;
 }
 
+void addSubstanceKeys(CLI::App& command, KeyOptions& keys)
+{
+    keys.add(command, "--formula", "Formula", "Chemical formula");
+    keys.add(command, "--aliases", "Aliases", "Other names, with \";\" between");
+    keys.add(command, "--cas", "CAS", "CAS number");
+}
+
 LockedDatabase::LockedDatabase(const Location& location)
     : lock(location.directory)
     , database(location)
     , annotations(location.directory)
     , resolver(database, annotations)
 {
+}
+
+void requireAddition(
+    const Location& location, long substance, Owner::Kind kind, const writing::DescriptorChange& change)
+{
+    if (!change.isEmpty()) {
+        writing::Edit trial(location.directory, location.language);
+        writing::requireNewOwnerFits(trial, substance, kind, change);
+    }
+}
+
+void completeAddition(const Location& location, long substance, const Owner& owner,
+    const writing::DescriptorChange& change, std::string_view name)
+{
+    if (change.isEmpty()) {
+        return;
+    }
+    try {
+        writing::Edit edit(location.directory, location.language);
+        writing::changeOwner(edit, substance, owner, change);
+        edit.changes().apply(location.directory);
+    } catch (const std::exception& error) {
+        const std::string_view kind = owner.kind == Owner::Kind::Substance ? "substance" : "change";
+        throw Failure("{}\n{} is in the database now, but not all that was given with it: \"qmdb set {}\" "
+                      "adds that when the cause is gone, \"qmdb remove {}\" takes it away again",
+            error.what(), name, kind, kind);
+    }
 }
 
 Owner chooseOwner(

@@ -78,15 +78,26 @@ private:
     std::vector<std::string> any_;
 };
 
+/// Adds --formula, --aliases and --cas.
+void addSubstanceKeys(CLI::App& command, KeyOptions& keys);
+
 /// A database that a command changes: locked from before it is opened to the command's end.
 struct LockedDatabase {
     explicit LockedDatabase(const Location& location);
 
     const DatabaseLock lock;
-    const Database database;
+    Database database;
     const Annotations annotations;
     const Resolver resolver;
 };
+
+/// What the library's additions do not take is given to what they have added in a second step. The first
+/// function, called before the addition, throws Failure when that would be refused; the message of the second
+/// tells what stands in the database when the step fails all the same.
+void requireAddition(
+    const Location& location, long substance, Owner::Kind kind, const writing::DescriptorChange& change);
+void completeAddition(const Location& location, long substance, const Owner& owner,
+    const writing::DescriptorChange& change, std::string_view name);
 
 /// A phase or a phase change of a substance, or the substance itself, as a user names it.
 Owner chooseOwner(const Resolver& resolver, const Substance& substance, const std::string& phase,

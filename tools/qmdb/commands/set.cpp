@@ -2,13 +2,15 @@
 
 #include "commands/descriptionOptions.h"
 #include "commands/editing.h"
-#include "commands/owners.h"
+#include "commands/mixtureOptions.h"
 #include "commands/valueInput.h"
 #include "common/names.h"
-#include "database/DatabaseLock.h"
+#include "writing/composition.h"
 #include "writing/values.h"
 
+#include <algorithm>
 #include <fmt/ranges.h>
+#include <iterator>
 
 namespace tool {
 
@@ -41,6 +43,8 @@ struct SetOwnerOptions {
     std::string state;
     std::string from;
     std::string to;
+    std::vector<std::string> components;
+    bool pure = false;
     TextOptions texts;
     KeyOptions keys;
 };
@@ -63,8 +67,22 @@ writing::KeyChange endOfChange(
     return { key, std::to_string(choose(database.phases(substance.id), wanted, kind).id) };
 }
 
+/// The keys of a new composition; none when the composition stays.
+std::vector<writing::KeyChange> compositionKeys(
+    const SetOwnerOptions& options, const Resolver& resolver, const Substance& substance)
+{
+    if (options.components.empty() && !options.pure) {
+        return {};
+    }
+    const std::vector<COMPONENT> composition = compositionOf(resolver, options.components);
+    if (std::ranges::count(composition, substance.id, &COMPONENT::matterId) > 0) {
+        throw Failure("{} cannot be a component of itself", label(substance.name, substance.id));
+    }
+    return writing::compositionKeys(composition);
+}
+
 writing::DescriptorChange changeOf(
-    const SetOwnerOptions& options, const Database& database, const Substance& substance)
+    const SetOwnerOptions& options, const LockedDatabase& at, const Substance& substance)
 {
     writing::DescriptorChange change { options.texts.changes(options.location.language),
         options.keys.changes() };
@@ -72,11 +90,12 @@ writing::DescriptorChange changeOf(
         change.keys.push_back({ "Aggreg", stateNumber(options.state) });
     }
     if (!options.from.empty()) {
-        change.keys.push_back(endOfChange(database, substance, "Phase1", options.from));
+        change.keys.push_back(endOfChange(at.database, substance, "Phase1", options.from));
     }
     if (!options.to.empty()) {
-        change.keys.push_back(endOfChange(database, substance, "Phase2", options.to));
+        change.keys.push_back(endOfChange(at.database, substance, "Phase2", options.to));
     }
+    std::ranges::move(compositionKeys(options, at.resolver, substance), std::back_inserter(change.keys));
     requireSomething(!change.isEmpty());
     return change;
 }
@@ -100,7 +119,7 @@ int runSetOwner(const SetOwnerOptions& options)
     const LockedDatabase at(options.location);
     const Substance substance = at.resolver.substance(options.substance);
     const Owner owner = chooseOwner(at.resolver, substance, options.phase, options.change);
-    const writing::DescriptorChange change = changeOf(options, at.database, substance);
+    const writing::DescriptorChange change = changeOf(options, at, substance);
     requireTwoPhases(owner, change);
     writing::Edit edit(options.location.directory, options.location.language);
     writing::changeOwner(edit, substance.id, owner, change);
@@ -187,12 +206,16 @@ void addSetSubstance(CLI::App& set, Action& action)
     addSubstanceArgument(*command, options->substance);
     options->texts.add(*command, writing::TextKey::Name, "--name", "Name");
     options->texts.add(*command, writing::TextKey::Comment, "--comment", "Comment");
-    options->keys.add(*command, "--formula", "Formula", "Chemical formula");
-    options->keys.add(*command, "--aliases", "Aliases", "Other names, with \";\" between");
-    options->keys.add(*command, "--cas", "CAS", "CAS number");
+    addSubstanceKeys(*command, options->keys);
     options->keys.addAny(*command);
+    CLI::Option* component = addComponentOption(*command, options->components,
+        "Component of a mixture and its molar fraction; once for each component of the new composition");
+    command->add_flag("--pure", options->pure, "No mixture any more")->excludes(component);
     addDryRun(*command, options->edit);
-    command->footer("Example:\n  qmdb set substance materials Water --formula H2O --aliases \"water;R718\"");
+    command->footer(
+        "Examples:\n"
+        "  qmdb set substance materials Water --formula H2O --aliases \"water;R718\"\n"
+        "  qmdb set substance materials 11 --component Copper:0.94 --component Tin:0.06 --dry-run");
 }
 
 void addSetPhase(CLI::App& set, Action& action)

@@ -3,6 +3,7 @@
 #include <array>
 #include <climits>
 #include <csignal>
+#include <string_view>
 #include <unistd.h>
 
 namespace tool {
@@ -18,6 +19,8 @@ struct Slot {
 constexpr int none = -1;
 std::array<Slot, 4> slots;
 
+volatile std::sig_atomic_t lineBegun = 0;
+
 int freeSlot()
 {
     for (std::size_t i = 0; i < slots.size(); ++i) {
@@ -30,6 +33,9 @@ int freeSlot()
 
 extern "C" void removeLeftovers(int signal)
 {
+    if (lineBegun) {
+        clearTerminalLine();
+    }
     for (auto slot = slots.rbegin(); slot != slots.rend(); ++slot) {
         if (slot->used && ::unlink(slot->path.data()) != 0) {
             ::rmdir(slot->path.data());
@@ -65,6 +71,17 @@ Leftover::~Leftover()
     if (slot_ != none) {
         slots[static_cast<std::size_t>(slot_)].used = 0;
     }
+}
+
+void clearTerminalLine()
+{
+    constexpr std::string_view clear = "\r\033[K"; // to its first column, and nothing from there on
+    static_cast<void>(::write(STDERR_FILENO, clear.data(), clear.size()) < 0); // a terminal that is gone
+}
+
+void noteTerminalLine(bool begun)
+{
+    lineBegun = begun ? 1 : 0;
 }
 
 PutOffSignals::PutOffSignals()

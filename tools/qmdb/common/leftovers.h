@@ -18,6 +18,11 @@ private:
     int slot_;
 };
 
+/// Clears the line of the terminal that standard error has begun.
+void clearTerminalLine();
+/// Whether standard error has begun a line that must not stay either.
+void noteTerminalLine(bool begun);
+
 /// Thrown where a command that has put off signals can end.
 class Interrupted : public std::exception {
 public:

@@ -84,9 +84,12 @@ constexpr std::array prose {
         "Tells what the second database has otherwise: substances, phases, phase changes, descriptions, "
         "keys, values." },
     CommandProse { "add", "Nothing is written when the input is wrong." },
-    CommandProse {
-        "add substance", "A mixture names its components, none twice; their molar fractions add up to 1." },
-    CommandProse { "add phase", "Several phases may be added at once." },
+    CommandProse { "add substance",
+        "A mixture names its components, none twice; their molar fractions add up to 1. "
+        "\"qmdb set phase\" with --name-ru gives a phase its name in Russian." },
+    CommandProse { "add phase",
+        "Several phases may be added at once. \"qmdb set phase\" with --name-ru gives them "
+        "names in Russian." },
     CommandProse { "add change", "A phase change leads from one phase of the substance to another." },
     CommandProse { "add parameter",
         "Numbers are decimal and finite. In a table a first row without numbers is a head, and lines that "
@@ -98,7 +101,9 @@ constexpr std::array prose {
         "soon as "
         "it is there." },
     CommandProse { "set", "What is not named stays as it is. An empty text removes a key." },
-    CommandProse { "set substance", "The new name may not be that of another substance." },
+    CommandProse { "set substance",
+        "The new name may not be that of another substance. Components replace the whole "
+        "composition of a mixture, or make one of a pure substance." },
     CommandProse { "set phase", "The phase keeps its number, its values and its phase changes." },
     CommandProse { "set change", "The phase change keeps its number and its values." },
     CommandProse { "set parameter",

@@ -1,5 +1,7 @@
 #include "output/Progress.h"
 
+#include "common/leftovers.h"
+
 #include <cstdio>
 #include <fmt/format.h>
 #include <unistd.h>
@@ -24,7 +26,8 @@ Progress::Progress(std::size_t total, std::string_view what)
 Progress::~Progress()
 {
     if (shown_) {
-        std::fputs("\r\033[K", stderr);
+        clearTerminalLine();
+        noteTerminalLine(false);
     }
 }
 
@@ -34,8 +37,10 @@ void Progress::step()
     if (!terminal_ || Clock::now() < next_) {
         return;
     }
-    fmt::print(stderr, "\r\033[K{} of {} {}", done_, total_, what_);
+    noteTerminalLine(true);
     shown_ = true;
+    clearTerminalLine();
+    fmt::print(stderr, "{} of {} {}", done_, total_, what_);
     next_ = Clock::now() + shownEvery;
 }
 

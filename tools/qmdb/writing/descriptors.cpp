@@ -100,33 +100,38 @@ KeyChange checkedValue(std::string_view key, std::string_view value, const std::
 
 /// Throws Failure when another one of the kind shows the name.
 template <class All, class DescriptorOf>
-void requireFreeName(const EditState& state, const All& all, const Descriptor& self, const TextChange& change,
+void requireFreeName(const EditState& state, const All& all, std::string_view self, const TextChange& change,
     DescriptorOf descriptorOf)
 {
     for (const auto& one : all) {
         const Descriptor& other = descriptorOf(one);
-        if (other.file() != self.file()
+        if (other.file() != self
             && displayText(state.tables, other, change.key, change.language) == change.text) {
             throw Failure("the name {} is taken: {} shows it", shown(change.text), other.file());
         }
     }
 }
 
-void applyChange(EditState& state, const Descriptor& file, const DescriptorChange& change)
+void applyTo(EditState& state, DescriptorText& text, const DescriptorChange& change)
 {
-    DescriptorText text = DescriptorText::read(state.directory, file.file());
-    const std::string before = text.bytes();
     for (const TextChange& one : change.texts) {
         setDisplayText(state.tables, text, one.key, one.language, one.text);
     }
     applyKeys(text, change.keys);
+}
+
+void applyChange(EditState& state, const Descriptor& file, const DescriptorChange& change)
+{
+    DescriptorText text = DescriptorText::read(state.directory, file.file());
+    const std::string before = text.bytes();
+    applyTo(state, text, change);
     if (text.bytes() != before) {
         replaceDescriptor(state, file.file(), text);
     }
 }
 
 template <class All, class DescriptorOf>
-void requireFreeNames(const EditState& state, const All& all, const Descriptor& self,
+void requireFreeNames(const EditState& state, const All& all, std::string_view self,
     const DescriptorChange& change, DescriptorOf descriptorOf)
 {
     for (const TextChange& one : change.texts) {
@@ -186,26 +191,44 @@ void applyKeys(DescriptorText& descriptor, const std::vector<KeyChange>& keys)
     }
 }
 
+namespace {
+
+/// Throws Failure when another owner beside the one in a file shows a new name.
+void requireFreeOwnerNames(const EditState& state, long substance, Owner::Kind kind, std::string_view self,
+    const DescriptorChange& change)
+{
+    if (kind == Owner::Kind::Substance) {
+        return requireFreeNames(state, state.tree.substances, self, change,
+            [](const SubstanceTree& one) -> const Descriptor& { return one.self.descriptor; });
+    }
+    const SubstanceTree& files = substanceFiles(state, substance);
+    requireFreeNames(
+        state, kind == Owner::Kind::Phase ? files.phases : files.changes, self, change, ofEntity);
+}
+
+} // namespace
+
 void changeOwner(Edit& edit, long substance, const Owner& owner, const DescriptorChange& change)
 {
     EditState& state = edit.state();
     const Descriptor& file = ownerFiles(state, substance, owner).descriptor;
-    if (owner.kind == Owner::Kind::Substance) {
-        requireFreeNames(state, state.tree.substances, file, change,
-            [](const SubstanceTree& one) -> const Descriptor& { return one.self.descriptor; });
-    } else {
-        const SubstanceTree& files = substanceFiles(state, substance);
-        requireFreeNames(
-            state, owner.kind == Owner::Kind::Phase ? files.phases : files.changes, file, change, ofEntity);
-    }
+    requireFreeOwnerNames(state, substance, owner.kind, file.file(), change);
     applyChange(state, file, change);
+}
+
+void requireNewOwnerFits(Edit& edit, long substance, Owner::Kind kind, const DescriptorChange& change)
+{
+    requireFreeOwnerNames(edit.state(), substance, kind, {}, change);
+    DescriptorText text;
+    applyTo(edit.state(), text, change);
+    static_cast<void>(edit.changes()); // reads the string tables that would change
 }
 
 void changeDescription(Edit& edit, long description, const DescriptorChange& change)
 {
     EditState& state = edit.state();
     const Descriptor& file = descriptionFile(state, description);
-    requireFreeNames(state, state.tree.descriptions, file, change,
+    requireFreeNames(state, state.tree.descriptions, file.file(), change,
         [](const Descriptor& one) -> const Descriptor& { return one; });
     DescriptorText after = DescriptorText::read(state.directory, file.file());
     applyKeys(after, change.keys);

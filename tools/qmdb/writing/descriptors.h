@@ -40,6 +40,10 @@ KeyChange checkedKey(DescriptorOf kind, std::string_view key, std::string_view v
 void changeOwner(Edit& edit, long substance, const Owner& owner, const DescriptorChange& change);
 void changeDescription(Edit& edit, long description, const DescriptorChange& change);
 
+/// Throws Failure when what is about to be added could not be changed so afterwards. The edit is spent then.
+/// `substance` is that of a new phase or phase change.
+void requireNewOwnerFits(Edit& edit, long substance, Owner::Kind kind, const DescriptorChange& change);
+
 struct NewDescription {
     std::optional<long> id; ///< the next one when not given
     std::string name;

@@ -8,6 +8,7 @@
 #include "common/names.h"
 #include "common/numbers.h"
 #include "writing/EditState.h"
+#include "writing/composition.h"
 #include "writing/dataText.h"
 #include "writing/importColumns.h"
 #include "writing/newFiles.h"
@@ -505,9 +506,7 @@ private:
         if (!given.isGiven()) {
             return {};
         }
-        std::string text;
-        double sum = 0;
-        std::size_t count = 0;
+        std::vector<COMPONENT> components;
         for (const std::string& part : splitAt(given.text, byNumber ? ";" : " + ")) {
             const auto component = byNumber ? componentByNumber(part) : componentByName(part);
             if (!component) {
@@ -517,25 +516,24 @@ private:
                                  : "\"FRACTION NAME\" of a substance, with \" + \" between"));
                 return {};
             }
-            sum += component->molarFraction;
-            ++count;
-            text += fmt::format("{}{}:{}", text.empty() ? "" : ";", component->matterId,
-                numberText(component->molarFraction));
+            components.push_back(*component);
         }
-        checkFractions(given, column, sum, count, text.size());
-        // The format refuses one character behind the last colon.
-        return text[text.size() - 2] == format::fractionSeparator ? text + ".0" : text;
+        std::string text = compositionText(components);
+        checkFractions(given, column, components, text.size());
+        return text;
     }
 
-    void checkFractions(const Given& given, Column column, double sum, std::size_t count, std::size_t length)
+    void checkFractions(
+        const Given& given, Column column, std::span<const COMPONENT> components, std::size_t length)
     {
+        const double sum = format::sumOfFractions(components);
         const double roundingErrors
-            = 1e-6 * static_cast<double>(count); // of six digits, as the library writes
+            = 1e-6 * static_cast<double>(components.size()); // of six digits, as the library writes
         if (!format::isSumAllowed(sum > format::maxSumOfFractions ? sum - roundingErrors : sum)) {
             problem(given.place, column,
                 fmt::format("the molar fractions add up to {}; they must add up to 0.99 to 1", sum));
         }
-        if (count < 2) {
+        if (components.size() < 2) {
             problem(given.place, column, "a mixture has two components or more");
         }
         if (length + textOf(Key::Composition).size() + 6 > format::maxLineLength) {
