@@ -54,14 +54,18 @@ class Value:
     the parameter's description.
     """
 
-    __slots__ = ("__dict__", "_raw", "parameter")
+    __slots__ = ("__dict__", "_fields", "parameter")
 
-    def __init__(self, parameter: Parameter, raw: _records.RawValue) -> None:
+    def __init__(self, parameter: Parameter, fields: _records.RawFields) -> None:
         self.parameter = parameter
-        self._raw = raw
+        self._fields = fields
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return Value, (self.parameter, self._raw)
+        return Value, (self.parameter, self._fields)
+
+    @functools.cached_property
+    def _raw(self) -> _records.RawValue:
+        return _records.RawValue(*self._fields)
 
     @property
     def type(self) -> str:
@@ -114,7 +118,7 @@ class Value:
 
         The rows of a two-dimensional table are those of its subtables, one after the other.
         """
-        type_, vector, rows, _ = self._raw
+        type_, vector, rows, _ = self._fields
         if type_ == _records.CONSTANT:
             return _array((3,) if vector else (), _FLOAT64, rows)
         if vector:
