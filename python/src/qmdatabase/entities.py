@@ -199,7 +199,11 @@ class _Owner:
         try:
             return self.parameters[key].value()
         except UnknownNameError as error:
-            raise UnknownNameError(f"{self.title}: {error}") from None
+            raise UnknownNameError(f"{self.title}: {error}{self._elsewhere(key)}") from None
+
+    def _elsewhere(self, key: Key) -> str:
+        """A hint at who has a parameter that is not found here."""
+        return ""
 
     def __iter__(self) -> Iterator[Parameter]:
         return iter(self.parameters)
@@ -264,6 +268,10 @@ class Substance(_Owner):
     def changes(self) -> Catalog[PhaseChange]:
         """The phase changes, by name or ID."""
         return self.database._cached(("changes", self.id), lambda: Catalog(self._read_changes(), "phase change"))
+
+    def _elsewhere(self, key: Key) -> str:
+        having = ", ".join(label(one) for one in self.phases if key in one.parameters)
+        return f"; phases that have it: {having}" if having else ""
 
     def _read_phases(self) -> list[Phase]:
         rows = self.database._calls.list("qmdbGetPhases", self.id)
@@ -343,6 +351,9 @@ class _Part(_Owner):
     @property
     def title(self) -> str:
         return f"{self.substance.title}, {self._kind} {self.name or self.id}"
+
+    def __repr__(self) -> str:
+        return f"<{self.title} ({self.id})>"
 
     if TYPE_CHECKING:
 
