@@ -106,6 +106,9 @@ def test_phases_and_parameters_are_found(sample: qmdatabase.Database) -> None:
         _ = sample["Graphite"].gas
     with pytest.raises(KeyError, match="Copper, phase Solid: no parameter is called 'Hardness'"):
         copper.solid["Hardness"]
+    with pytest.raises(KeyError, match=r"Water: no parameter .* have it: Ice Ih \(1\), Liquid \(2\)"):
+        sample["Water"]["Density"]
+    assert repr(copper.solid) == "<Copper, phase Solid (1)>"
     assert [one.id for one in sample.descriptions] == sorted(one.id for one in sample.descriptions)
 
 

@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import functools
 from collections.abc import Iterator, Mapping
 from dataclasses import dataclass, field
 from typing import TYPE_CHECKING, Any, Union
@@ -9,6 +10,7 @@ from typing import TYPE_CHECKING, Any, Union
 from . import _additions
 from ._catalog import Catalog, Key, label
 from ._command import ParameterNotes, SubstanceNotes
+from ._native import place
 from .errors import AmbiguousNameError, UnknownNameError
 from .value import ARGUMENT_LETTERS, LETTERS, Value
 
@@ -101,9 +103,9 @@ class Parameter:
             StatusError: the file cannot be read, or is not laid out as it must be; the class tells which.
             ClosedDatabaseError: the database is closed.
         """
-        owner = self.owner
-        calls = owner.database._connection or owner.database._calls
-        return Value(self, calls.value(*owner._place, self.id))
+        database = self.owner.database
+        calls = database._connection or database._calls
+        return Value(self, calls.value(self))
 
     @property
     def _notes(self) -> ParameterNotes:
@@ -164,10 +166,13 @@ class _Owner:
     def _own_id(self) -> int | None:
         return self.id
 
-    @property
-    def _place(self) -> tuple[int, int, int]:
-        """The IDs of substance, phase and phase change that the library's functions take."""
-        return (self.substance_id, -1, -1)
+    @functools.cached_property
+    def _place(self) -> tuple[Any, Any, Any]:
+        """The IDs of substance, phase and phase change, made for the library's functions once."""
+        return place(self.substance_id)
+
+    def __getstate__(self) -> dict[str, Any]:
+        return {name: one for name, one in self.__dict__.items() if name != "_place"}
 
     @property
     def _ids(self) -> tuple[int, ...]:
@@ -194,7 +199,11 @@ class _Owner:
         try:
             return self.parameters[key].value()
         except UnknownNameError as error:
-            raise UnknownNameError(f"{self.title}: {error}") from None
+            raise UnknownNameError(f"{self.title}: {error}{self._elsewhere(key)}") from None
+
+    def _elsewhere(self, key: Key) -> str:
+        """A hint at who has a parameter that is not found here."""
+        return ""
 
     def __iter__(self) -> Iterator[Parameter]:
         return iter(self.parameters)
@@ -259,6 +268,10 @@ class Substance(_Owner):
     def changes(self) -> Catalog[PhaseChange]:
         """The phase changes, by name or ID."""
         return self.database._cached(("changes", self.id), lambda: Catalog(self._read_changes(), "phase change"))
+
+    def _elsewhere(self, key: Key) -> str:
+        having = ", ".join(label(one) for one in self.phases if key in one.parameters)
+        return f"; phases that have it: {having}" if having else ""
 
     def _read_phases(self) -> list[Phase]:
         rows = self.database._calls.list("qmdbGetPhases", self.id)
@@ -339,6 +352,9 @@ class _Part(_Owner):
     def title(self) -> str:
         return f"{self.substance.title}, {self._kind} {self.name or self.id}"
 
+    def __repr__(self) -> str:
+        return f"<{self.title} ({self.id})>"
+
     if TYPE_CHECKING:
 
         @property
@@ -367,9 +383,9 @@ class Phase(_Part):
         """The aggregate state: "solid", "liquid" or "gas"."""
         return state_text(self.state_number)
 
-    @property
-    def _place(self) -> tuple[int, int, int]:
-        return (self.substance_id, self.id, -1)
+    @functools.cached_property
+    def _place(self) -> tuple[Any, Any, Any]:
+        return place(self.substance_id, self.id)
 
     @property
     def available_parameters(self) -> Catalog[Description]:
@@ -424,9 +440,9 @@ class PhaseChange(_Part):
     _kind = "change"
     _list = "qmdbGetPhaseChangeParams"
 
-    @property
-    def _place(self) -> tuple[int, int, int]:
-        return (self.substance_id, -1, self.id)
+    @functools.cached_property
+    def _place(self) -> tuple[Any, Any, Any]:
+        return place(self.substance_id, change=self.id)
 
     @property
     def before(self) -> Phase:

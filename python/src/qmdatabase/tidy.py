@@ -111,7 +111,7 @@ def _items(database: Database, ids: Sequence[int] | None = None) -> Iterator[_It
         for owner in owners:
             for parameter in owner._read_parameters():
                 try:
-                    raw = database._calls.value(*owner._place, parameter.id)
+                    raw = RawValue(*database._calls.value(parameter))
                 except StatusError as error:
                     warnings.warn(f"{parameter.title} is left out: {error}", DatabaseWarning, 4)
                 else:

@@ -27,6 +27,7 @@ ARGUMENT_LETTERS: dict[str, tuple[str, ...]] = {
     "T": ("P", "T"),
     "X": ("P", "X"),
 }
+_array = np.ndarray  # over the bytes of a value, which makes it read-only
 _FLOAT64 = np.dtype("<f8")
 KINDS = ("constant", "table", "table2d")
 COMPONENTS = ("x", "y", "z")
@@ -53,18 +54,18 @@ class Value:
     the parameter's description.
     """
 
-    __slots__ = ("__dict__", "_arguments", "_raw", "_rows", "parameter")
+    __slots__ = ("__dict__", "_fields", "parameter")
 
-    def __init__(self, parameter: Parameter, raw: _records.RawValue) -> None:
+    def __init__(self, parameter: Parameter, fields: _records.RawFields) -> None:
         self.parameter = parameter
-        self._raw = raw
-        type_, vector, rows, _ = raw
-        columns = (3 if vector else 1) if type_ == _records.CONSTANT else (4 if vector else 2)
-        self._rows: Array = np.ndarray((len(rows) // (8 * columns), columns), _FLOAT64, rows)
-        self._arguments: tuple[Array, ...] | None = None
+        self._fields = fields
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return Value, (self.parameter, self._raw)
+        return Value, (self.parameter, self._fields)
+
+    @functools.cached_property
+    def _raw(self) -> _records.RawValue:
+        return _records.RawValue(*self._fields)
 
     @property
     def type(self) -> str:
@@ -117,24 +118,21 @@ class Value:
 
         The rows of a two-dimensional table are those of its subtables, one after the other.
         """
-        raw = self._raw
-        if raw.type == _records.CONSTANT:
-            return self._rows[0] if raw.vector else np.ndarray((), _FLOAT64, raw.rows)
-        return self._rows[:, 1:] if raw.vector else self._rows[:, 1]
+        type_, vector, rows, _ = self._fields
+        if type_ == _records.CONSTANT:
+            return _array((3,) if vector else (), _FLOAT64, rows)
+        if vector:
+            return _array((len(rows) // 32, 3), _FLOAT64, rows, 8, (32, 8))
+        return _array((len(rows) // 16,), _FLOAT64, rows, 8, (16,))
 
-    @property
+    @functools.cached_property
     def arguments(self) -> tuple[Array, ...]:
         """The arguments of the rows, as many arrays of shape (n,) as the value has arguments, the first first."""
-        if self._arguments is None:
-            self._arguments = self._made_arguments()
-        return self._arguments
-
-    def _made_arguments(self) -> tuple[Array, ...]:
         raw = self._raw
         if raw.type == _records.CONSTANT:
             return ()
-        last = self._rows[:, 0]
-        if raw.type <= _records.TABLE_P:
+        last = _array((len(self),), _FLOAT64, raw.rows, 0, (raw.row_size,))
+        if not self._is_2d:
             return (last,)
         firsts, counts = zip(*raw.subtables)
         first = np.repeat(np.array(firsts), counts)
@@ -145,9 +143,10 @@ class Value:
     def subtables(self) -> tuple[Subtable, ...]:
         """The subtables of a two-dimensional table, in the order of the file; none of other values."""
         subtables, begin = [], 0
+        values = self.values
         for first, count in self._raw.subtables:
             part = slice(begin, begin + count)
-            subtables.append(Subtable(first, self._rows[part, 0], self.values[part]))
+            subtables.append(Subtable(first, self.arguments[1][part], values[part]))
             begin += count
         return tuple(subtables)
 
@@ -157,7 +156,7 @@ class Value:
 
     def __len__(self) -> int:
         """The number of rows."""
-        return len(self._rows)
+        return len(self._raw.rows) // self._raw.row_size
 
     def __float__(self) -> float:
         """The number of a scalar constant.
@@ -167,7 +166,7 @@ class Value:
         """
         if self._raw.type != _records.CONSTANT or self._raw.vector:
             raise TypeError(f"{self!r} is no single number; use its arrays, or call it with arguments")
-        return float(self._rows[0, 0])
+        return float(self.values)
 
     def __call__(self, *arguments: Any, extrapolate: bool = False, **named: Any) -> Any:
         """The value at some arguments, interpolated linearly; see `qmdatabase.interpolation` for the rule.

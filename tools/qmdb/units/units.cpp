@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <udunits2.h>
 
 namespace tool {
@@ -32,10 +34,22 @@ using Converter = std::unique_ptr<cv_converter, Free<cv_free>>;
 constexpr std::pair<const char*, const char*> symbols[]
     = { { "P", "poise" }, { "St", "stokes" }, { "eV", "1.602176634e-19 J" } };
 
+/// The tables that lie beside the command, where it is part of a Python wheel; else none, and UDUNITS finds
+/// its own.
+std::string carriedTables()
+{
+    std::error_code error;
+    const auto tables
+        = std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "udunits" / "udunits2.xml";
+    const bool namesOthers = std::getenv("UDUNITS2_XML_PATH") != nullptr;
+    return !error && !namesOthers && std::filesystem::exists(tables, error) ? tables.string() : std::string();
+}
+
 System readSystem()
 {
     ut_set_error_message_handler(ut_ignore);
-    System system(ut_read_xml(nullptr));
+    const std::string carried = carriedTables();
+    System system(ut_read_xml(carried.empty() ? nullptr : carried.c_str()));
     if (!system) {
         throw Failure("the tables of UDUNITS cannot be read; install the Debian package libudunits2-data");
     }
