@@ -351,10 +351,15 @@ std::vector<std::string> Annotations::names(long substance, const Owner& owner) 
     return stringTables().texts(values(substance).owners.find({ owner.kind, owner.id }));
 }
 
-ParameterNotes Annotations::describe(const Parameter& parameter) const
+const ParameterNotes& Annotations::describe(const Parameter& parameter) const
 {
-    const DescriptionNotes described = description(parameter.id);
-    return { {}, described.symbol, argumentsOf(described, parameter.type), wholeUnits(parameter) };
+    const auto [place, isNew] = described_.try_emplace({ parameter.id, parameter.type });
+    if (isNew) {
+        const DescriptionNotes described = description(parameter.id);
+        place->second
+            = { {}, described.symbol, argumentsOf(described, parameter.type), wholeUnits(parameter) };
+    }
+    return place->second;
 }
 
 /// What the units handed out begin, in either language.

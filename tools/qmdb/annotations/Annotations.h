@@ -79,8 +79,9 @@ public:
     /// Reads the substance's directory, and keeps it until another substance is asked for.
     ValueNotes value(long substance, const Owner& owner, long parameter) const;
 
-    /// The notes of a parameter's description alone: what only the value's own files tell is left empty.
-    ParameterNotes describe(const Parameter& parameter) const;
+    /// The notes of a parameter's description alone: what only the value's own files tell is left empty. They
+    /// are put together once for each parameter and type.
+    const ParameterNotes& describe(const Parameter& parameter) const;
     /// The notes of a value and of its description.
     ParameterNotes parameter(long substance, const Owner& owner, const Parameter& parameter) const;
 
@@ -111,6 +112,7 @@ private:
     mutable std::future<std::unique_ptr<const Substances>> substancesAhead_;
     mutable std::unique_ptr<const Substances> substances_;
     mutable std::unique_ptr<const Descriptions> descriptions_;
+    mutable std::map<std::pair<long, PARAM_TYPE>, ParameterNotes> described_;
     mutable std::unique_ptr<const Values> values_; ///< of the substance asked for last
     mutable std::unique_ptr<const StringTables> stringTables_;
 };

@@ -12,11 +12,18 @@ namespace tool {
 
 namespace {
 
+constexpr std::size_t branchWidth = 3; ///< of each level of the drawing in front
+
 /// A text that knows its width, which is asked for more than once.
 struct Cell {
     Cell(std::string text)
         : text(std::move(text))
         , width(displayWidth(this->text))
+    {
+    }
+    Cell(std::string text, std::size_t width)
+        : text(std::move(text))
+        , width(width)
     {
     }
 
@@ -63,7 +70,7 @@ std::vector<Cell> sourceColumns(const ListedParameter& listed)
     return { source.empty() ? std::string("no source is given") : source };
 }
 
-Line parameterLine(std::string branch, const ListedParameter& listed, TreeColumns columns)
+Line parameterLine(Cell branch, const ListedParameter& listed, TreeColumns columns)
 {
     return { std::move(branch), label(listed.parameter.name, listed.parameter.id),
         columns == TreeColumns::Sources ? sourceColumns(listed) : valueColumns(listed), listed.error };
@@ -103,12 +110,13 @@ void appendOwner(
     const bool lastOwner = index + 1 == substance.owners.size();
     if (!self) {
         lines.push_back(
-            { std::string(lastOwner ? "└─ " : "├─ "), ownerLine(listed.owner, substance), {}, {} });
+            { { lastOwner ? "└─ " : "├─ ", branchWidth }, ownerLine(listed.owner, substance), {}, {} });
     }
     const std::string trunk = self ? "" : lastOwner ? "   " : "│  ";
     for (std::size_t i = 0; i < listed.parameters.size(); ++i) {
         const bool last = i + 1 == listed.parameters.size() && (!self || lastOwner);
-        lines.push_back(parameterLine(trunk + (last ? "└─ " : "├─ "), listed.parameters[i], columns));
+        const Cell branch(trunk + (last ? "└─ " : "├─ "), self ? branchWidth : 2 * branchWidth);
+        lines.push_back(parameterLine(branch, listed.parameters[i], columns));
     }
 }
 
