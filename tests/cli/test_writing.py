@@ -296,7 +296,8 @@ class Writing(CommandTest):
                 for number in range(1, 30):
                     shutil.rmtree(self.database)
                     write(self.database, before)
-                    done = subprocess.run(["strace", "-f", "-o", "trace", "-e", f"trace={call}", "-e", rules.format(call, number), COMMAND, *arguments],
+                    done = subprocess.run(["strace", "-f", "-o", "trace", "-e", f"trace={call}", "-e",
+                                           rules.format(call, number), COMMAND, *arguments],
                                           cwd=self.scratch, capture_output=True, check=False,
                                           env={"PATH": os.environ["PATH"], "TMPDIR": str(self.temporary)})
                     self.assertIn(self.files(), states, (arguments, call, number))
