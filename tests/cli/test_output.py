@@ -3,8 +3,10 @@
 import contextlib
 import json
 import os
+import pty
 import re
 import resource
+import select
 import shutil
 import signal
 import sqlite3
@@ -172,6 +174,31 @@ class WritingFiles(CommandTest):
                     os.killpg(process.pid, signal.SIGKILL)
             self.assertEqual(([picture], []), (list(self.place.iterdir()), list(self.temporary.iterdir())))
             self.assertEqual("old", picture.read_text())
+
+    def test_clears_the_progress_line_when_it_is_interrupted(self):
+        write(self.database, {f"Substance{i}/{name}": content for i in range(4, 8) for name, content in {
+            "S.mtd": keys(Composition="", ID=i, Mixture=0, Name=f"N{i}"), "P/P.phd": keys(Aggreg=1, ID=0, Name="S"),
+            "P/Property1.prh": head(1, 2), "P/Property1.dat": "".join(f"{t} 1\n" for t in range(3000))}.items()})
+        ours, theirs = pty.openpty()
+        with subprocess.Popen([COMMAND, "export", self.database], stdout=subprocess.PIPE, stderr=theirs,
+                              env={"TMPDIR": str(self.temporary)}) as process:
+            os.close(theirs)
+            process.stdout.read(1)
+            time.sleep(1.2)  # the full pipe holds it back until a line is due
+            shown = b""
+            while b" of " not in shown:
+                process.stdout.read(1 << 16)
+                if select.select([ours], [], [], 0.1)[0]:
+                    shown += os.read(ours, 1000)
+            process.send_signal(signal.SIGINT)
+            process.stdout.read()
+            self.assertEqual(-signal.SIGINT, process.wait(20))
+            with contextlib.suppress(OSError):  # the end of a terminal that nobody has open
+                while more := os.read(ours, 1000):
+                    shown += more
+        os.close(ours)
+        self.assertRegex(shown.decode(), r"^(\r\x1b\[K\d of 7 substances)+\r\x1b\[K$")
+        self.assertEqual([], list(self.temporary.iterdir()))
 
 
 class Drawing(CommandTest):

@@ -76,6 +76,8 @@ class Reading(CommandTest):
             (["get", LIQUID, "rho", "--at", "T=280:300"], "", '--at "T=280:300": write a series as FROM:TO:STEP'),
             (["get", LIQUID, "rho", "--at", "T=x"], "",
              '--at "T=x": "x" is not a number; write T=350 or T=FROM:TO:STEP'),
+            (["get", "Water:Ice", "Density", "--at", "T=-9.5degC"], "", '--at "T=-9.5degC": "-9.5degC" is not a number; units '
+             "go into an option of their own, as in --units T=degC"),
             (["get", LIQUID, "rho", "--nearest"], "", "--nearest needs --at, as in --at T=350"),
         ])
 
@@ -186,6 +188,10 @@ class Reading(CommandTest):
              "   6  Salt:Crystal, \"cubic\"  y  constant\n2.35  Water:Ice              z  table of T\n"),
             (["find", "Conductivity", "--at", "V=260"], "",
              'no table of Conductivity has an argument "V"; give T (temperature)'),
+            (["find", "rho", "--between", "9", "7"], "",
+             "--between 9 7: write the lower limit first, as in --between 7 9"),
+            (["find", "rho", "--above", "nan"], "", '--above takes a number, and "nan" is none'),
+            (["find", "rho", "--above", "9", "--below", "7"], "", "no number is above 9 and below 7"),
             (["find", "Conductivity", "--units", "K"], "",
              'Conductivity: "W/(m K)" cannot be converted to "K": they do not measure the same'),
         ])

@@ -3,6 +3,7 @@
 import os
 import pty
 import resource
+import shutil
 import subprocess
 import unittest
 from pathlib import Path
@@ -214,7 +215,8 @@ class Writing(CommandTest):
         for arguments, message in [
             (["remove", "substance", "db", "Brine"], f"remove Brine (1) with 1 phase, 0 phase changes and 0 values: {sure}"),
             (["remove", "substance", "db", "Water", "--yes"],
-             "Brine (1) has it as a component; remove that mixture first, or give it other components"),
+             "Brine (1) has it as a component; remove that mixture first, or give it other components by \"qmdb set substance\" "
+             "with --component"),
             (["remove", "phase", "db", "Water", "Ice", "--yes"],
              "the phase change Melting (0) refers to it; remove that first"),
             (["remove", "phase", "db", "Brine", "Liquid", "--yes"],
@@ -252,7 +254,7 @@ class Writing(CommandTest):
              'the name "Density" is taken: density.prd shows it'),
             (["add", "parameter", "db", "Water", "4", "--change", "Melting", "--value", "1"],
              "cannot add the parameter: the parameter is there already (-18): Cannot append the parameter to phase change "
-             "because a parameter with such ID is already present, 4"),
+             "because a parameter with such ID is already present, 4\n\"qmdb set parameter\" replaces the value"),
             (["add", "parameter", "db", "Water", "1", "--change", "Melting", "--value", "1", "2", "3"],
              "cannot add the parameter: the parameter's description does not allow this form (scalar or vector) (-17): "
              "Incorrect parameter scalar/vector type for addition, ParamID=1Vector=1"),
@@ -278,6 +280,33 @@ class Writing(CommandTest):
             "to, or change that"))
         self.expect(["remove", "phase", "db", "Salt", "Melt", "--yes"], "removed Salt, phase Melt\n")
         self.assertEqual(["Phase2.phd", "notes.txt"], sorted(os.listdir(Path(self.scratch, "elsewhere"))))
+
+    @unittest.skipUnless(shutil.which("strace"), "strace is not installed")
+    def test_a_signal_comes_before_a_change_or_after_it(self):
+        rules = "inject={}:signal=SIGTERM:when={}"
+        for arguments, fewest in [
+            (["set", "parameter", "db", "Water", "2", "--value", "1", "--comment", "x", "--source", "x"], 8),
+            (["remove", "substance", "db", "Brine", "--yes"], 6),
+            (["add", "substance", "db", "Tin", "--name-ru", "Олово", "--solid", "S"], 12),
+        ]:
+            before = self.files()
+            self.output(*arguments)
+            states, struck = [before, self.files()], 0
+            for call in ("mkdir", "renameat2", "fsync", "unlink", "unlinkat"):
+                for number in range(1, 30):
+                    shutil.rmtree(self.database)
+                    write(self.database, before)
+                    done = subprocess.run(["strace", "-f", "-o", "trace", "-e", f"trace={call}", "-e",
+                                           rules.format(call, number), COMMAND, *arguments],
+                                          cwd=self.scratch, capture_output=True, check=False,
+                                          env={"PATH": os.environ["PATH"], "TMPDIR": str(self.temporary)})
+                    self.assertIn(self.files(), states, (arguments, call, number))
+                    self.assertEqual([], os.listdir(self.temporary), (arguments, call, number))
+                    if done.returncode == 0:
+                        break
+                    struck += 1
+            self.assertGreaterEqual(struck, fewest, arguments)
+            write(self.database, SMALL)
 
     def test_a_file_stays_whole_when_the_disk_refuses(self):
         bound = self.without_privileges()

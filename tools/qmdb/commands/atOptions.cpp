@@ -26,12 +26,21 @@ std::vector<std::string> split(std::string_view text, char separator)
     return parts;
 }
 
+/// True for "350K" and "76.85degC".
+bool hasUnits(const std::string& text)
+{
+    const std::size_t end = text.find_first_not_of("+-.0123456789");
+    return end != 0 && text.find_first_not_of("+-.0123456789eE") != std::string::npos
+        && asFiniteNumber(text.substr(0, end));
+}
+
 double numberOf(const std::string& text, const std::string& whole)
 {
     const auto number = asFiniteNumber(text);
     if (!number) {
-        throw Failure(
-            "--at {}: {} is not a number; write T=350 or T=FROM:TO:STEP", shown(whole), shown(text));
+        throw Failure("--at {}: {} is not a number; {}", shown(whole), shown(text),
+            hasUnits(text) ? "units go into an option of their own, as in --units T=degC"
+                           : "write T=350 or T=FROM:TO:STEP");
     }
     return *number;
 }

@@ -221,8 +221,33 @@ private:
     bool whole_ = true;
 };
 
+void requireNumber(std::string_view option, double number)
+{
+    if (std::isnan(number)) {
+        throw Failure("{} takes a number, and \"nan\" is none", option);
+    }
+}
+
+/// Limits between which no number lies find nothing, and look like an answer.
+void requireLimits(const FindOptions& options)
+{
+    requireNumber("--above", options.above.value_or(0));
+    requireNumber("--below", options.below.value_or(0));
+    for (const double limit : options.between) {
+        requireNumber("--between", limit);
+    }
+    if (!options.between.empty() && options.between[0] > options.between[1]) {
+        throw Failure("--between {0} {1}: write the lower limit first, as in --between {1} {0}",
+            options.between[0], options.between[1]);
+    }
+    if (options.above && options.below && *options.above >= *options.below) {
+        throw Failure("no number is above {} and below {}", *options.above, *options.below);
+    }
+}
+
 int runFind(const FindOptions& options)
 {
+    requireLimits(options);
     Annotations annotations(options.location.directory);
     annotations.readAhead();
     const Database database(options.location);

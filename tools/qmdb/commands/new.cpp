@@ -2,6 +2,7 @@
 
 #include "commands/commonParameters.h"
 #include "common/encodings.h"
+#include "common/leftovers.h"
 #include "common/vocabulary.h"
 #include "database/DatabaseLock.h"
 #include "output/Output.h"
@@ -115,6 +116,7 @@ int runNew(const NewOptions& options)
             "\"{}\" is not empty; give a directory that is not there yet. \"qmdb add\" fills a database",
             options.directory);
     }
+    const PutOffSignals putOff; // half of it would be in the way of the next attempt
     writeFile(directory / "README.txt", readmeText());
     writeFile(directory / vocabulary::defaultTable, tableText(false));
     writeFile(directory / vocabulary::russianTable, tableText(true));

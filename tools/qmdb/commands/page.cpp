@@ -201,7 +201,8 @@ void addPageCommand(CLI::App& app, Action& action)
     command
         ->add_option("--rows", options->rows,
             "Leave out tables with more rows; without it the longest are left out of a page above 20 MB")
-        ->type_name("N");
+        ->type_name("N")
+        ->check(CLI::Range(0L, 2147483646L).description(""));
     command->add_option("-o,--output", options->file, "Write to this file, not to standard output")
         ->type_name("FILE")
         ->check(notEmpty());

@@ -73,6 +73,21 @@ Leftover::~Leftover()
     }
 }
 
+BlockSignals::BlockSignals()
+{
+    sigset_t ending;
+    ::sigemptyset(&ending);
+    for (const int signal : endingSignals) {
+        ::sigaddset(&ending, signal);
+    }
+    ::sigprocmask(SIG_BLOCK, &ending, &before_);
+}
+
+BlockSignals::~BlockSignals()
+{
+    ::sigprocmask(SIG_SETMASK, &before_, nullptr);
+}
+
 void clearTerminalLine()
 {
     constexpr std::string_view clear = "\r\033[K"; // to its first column, and nothing from there on

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <exception>
 #include <string>
 
@@ -16,6 +17,18 @@ public:
 
 private:
     int slot_;
+};
+
+/// While it lives, Ctrl-C, SIGTERM and SIGHUP wait: for what is made and noted as left over in one step.
+class BlockSignals {
+public:
+    BlockSignals();
+    BlockSignals(const BlockSignals&) = delete;
+    BlockSignals& operator=(const BlockSignals&) = delete;
+    ~BlockSignals();
+
+private:
+    sigset_t before_;
 };
 
 /// Clears the line of the terminal that standard error has begun.

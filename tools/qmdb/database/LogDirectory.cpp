@@ -45,9 +45,10 @@ std::string requireWritable(const std::string& named)
 } // namespace
 
 LogDirectory::LogDirectory(const std::string& named)
-    : path_(named.empty() ? makeTemporaryDirectory() : requireWritable(named))
-    , temporary_(named.empty())
+    : temporary_(named.empty())
 {
+    const BlockSignals blocked;
+    path_ = temporary_ ? makeTemporaryDirectory() : requireWritable(named);
     if (temporary_) {
         directoryLeft_.emplace(path_);
         fileLeft_.emplace(path_ + logFile);

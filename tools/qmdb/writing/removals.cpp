@@ -126,7 +126,8 @@ void requireNoMixture(const EditState& state, long id)
         const bool names = std::ranges::count(components, id, &COMPONENT::matterId) > 0;
         if (names && descriptor.number(Key::ID) != id) {
             throw Failure(
-                "{} ({}) has it as a component; remove that mixture first, or give it other components",
+                "{} ({}) has it as a component; remove that mixture first, or give it other components by "
+                "\"qmdb set substance\" with --component",
                 nameIn(state, descriptor), descriptor.number(Key::ID));
         }
     }

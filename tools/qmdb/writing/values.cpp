@@ -164,7 +164,7 @@ void addValue(Edit& edit, long substance, const Owner& owner, const NewValue& va
         constexpr std::string_view kinds[] = { "substance", "phase", "phase change" };
         refuse(QMDB_E_DUPLICATE_PARAMETER,
             fmt::format("Cannot append the parameter to {} because a parameter with such ID is already "
-                        "present, {}",
+                        "present, {}\n\"qmdb set parameter\" replaces the value",
                 kinds[static_cast<std::size_t>(owner.kind)], value.parameter));
     }
     lockOwner(state, files.directory);
