@@ -275,9 +275,13 @@ class Writing(CommandTest):
             '"Substance3/Phase2/notes.txt" is no file of the database; move it away first'))
         os.rename(Path(self.database, "Substance3/Phase2"), Path(self.scratch, "elsewhere"))
         Path(self.database, "Substance3/Phase2").symlink_to(Path(self.scratch, "elsewhere"))
-        self.expect(["set", "phase", "db", "Salt", "Melt", "--name", "M"], "", 2, prefixed(
-            '"db/Substance3/Phase2" is a link, and what it leads to may belong to others too: replace it by what it leads '
-            "to, or change that"))
+        os.rename(Path(self.database, "strings.lst"), Path(self.scratch, "texts"))
+        Path(self.database, "strings.lst").symlink_to(Path(self.scratch, "texts"))
+        for link, changed in [("Substance3/Phase2", ["phase", "db", "Salt", "Melt", "--name", "M"]),
+                              ("strings.lst", ["substance", "db", "Salt", "--name-ru", "Соль"])]:
+            self.expect(["set", *changed], "", 2, prefixed(
+                f'"db/{link}" is a link, and what it leads to may belong to others too: replace it by what it leads '
+                "to, or change that"))
         self.expect(["remove", "phase", "db", "Salt", "Melt", "--yes"], "removed Salt, phase Melt\n")
         self.assertEqual(["Phase2.phd", "notes.txt"], sorted(os.listdir(Path(self.scratch, "elsewhere"))))
 

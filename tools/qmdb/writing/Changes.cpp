@@ -206,4 +206,19 @@ void removeRests(const std::string& root)
     }
 }
 
+void requireOwnFile(const std::string& directory, const std::string& file)
+{
+    const fs::path root = toLocale(directory);
+    fs::path path = root;
+    for (const fs::path& part : fs::path(toLocale(file))) {
+        path /= part;
+        if (fs::is_symlink(path)) {
+            throw Failure(
+                "\"{}\" is a link, and what it leads to may belong to others too: replace it by what it "
+                "leads to, or change that",
+                fromLocale(path.c_str()));
+        }
+    }
+}
+
 } // namespace tool::writing

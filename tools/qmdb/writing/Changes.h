@@ -48,4 +48,8 @@ private:
 /// Removes what a removal left that was interrupted. The database's lock is held.
 void removeRests(const std::string& root);
 
+/// Throws Failure for a file that stands elsewhere too, or elsewhere only: it, or a directory on the way to
+/// it, is a link.
+void requireOwnFile(const std::string& directory, const std::string& file);
+
 } // namespace tool::writing

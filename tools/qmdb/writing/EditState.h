@@ -55,10 +55,6 @@ const check::Descriptor& descriptionFile(const EditState& state, long descriptio
 const check::Descriptor* findHead(const check::Entity& owner, long parameter);
 const check::Descriptor& headFile(const check::Entity& owner, long parameter);
 
-/// Throws Failure for a file that stands elsewhere too, or elsewhere only: it, or a directory on the way to
-/// it, is a link.
-void requireOwnFile(const EditState& state, const std::string& file);
-
 /// The part of a name below the database's directory before its last separator.
 std::string directoryOf(const std::string& file);
 

@@ -157,6 +157,7 @@ DescriptorText StringTables::changedTable(Language language) const
 {
     const Table& changed = table(language);
     const std::string name(nameOf(language));
+    requireOwnFile(root_, name);
     DescriptorText text = changed.exists ? DescriptorText::read(root_, name) : DescriptorText();
     for (const auto& [id, value] : changed.newTexts) {
         text.append(id, value);

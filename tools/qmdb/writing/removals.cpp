@@ -107,7 +107,7 @@ void releaseTexts(EditState& state, const Entity& entity)
 void removeEntity(EditState& state, const SubstanceTree& substance, const Entity& entity)
 {
     requireNoDataFor(state, entity.directory);
-    requireOwnFile(state, directoryOf(entity.directory));
+    requireOwnFile(state.directory, directoryOf(entity.directory));
     if (!fs::is_symlink(fs::path(toLocale(state.directory)) / toLocale(entity.directory))) {
         requireNothingForeign(state, entity.directory, substance);
     }
@@ -197,7 +197,7 @@ void removeDescription(Edit& edit, long description)
             }
         }
     }
-    requireOwnFile(state, file.file());
+    requireOwnFile(state.directory, file.file());
     state.changes.removeFile(file.file());
     state.tables.release(file);
 }

@@ -203,7 +203,7 @@ std::vector<std::string> setValue(
     const bool own = hasOwnData(state, files, file);
     const bool headStays = head.bytes() == headBefore;
     if (data && own && headStays) {
-        requireOwnFile(state, oldData);
+        requireOwnFile(state.directory, oldData);
         state.changes.replaceFile(oldData, *data);
         return kept;
     }
@@ -227,7 +227,7 @@ void removeValue(Edit& edit, long substance, const Owner& owner, long parameter)
     EditState& state = edit.state();
     const Entity& files = ownerFiles(state, substance, owner);
     const Descriptor& head = headFile(files, parameter);
-    requireOwnFile(state, files.directory);
+    requireOwnFile(state.directory, files.directory);
     state.changes.removeFile(head.file());
     if (hasOwnData(state, files, head)) {
         state.changes.removeFile(check::dataFileOf(files, head));
