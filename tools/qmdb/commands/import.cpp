@@ -143,6 +143,9 @@ int runImport(const ImportOptions& options)
         = writing::planImport(edit, present ? &*present : nullptr, draft, name, options.replace);
     present.reset();
     const writing::Changes changes = edit.changes();
+    if (!options.edit.dryRun) {
+        writing::Stage::removeRests(directory);
+    }
     Output output;
     if (options.edit.dryRun) {
         output.print("{}\n", summary(draft, counts));

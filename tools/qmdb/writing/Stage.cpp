@@ -97,7 +97,6 @@ Stage::Stage(const std::string& target)
     if (exists_ && ::access(path.c_str(), W_OK) != 0) {
         throwSystemFailure("write", path);
     }
-    removeRests();
     path_ = (path.parent_path() / fmt::format("{}{}", stagePrefix(path), ::getpid())).native();
     if (::mkdir(path_.c_str(), S_IRWXU) != 0) {
         const int error = errno;
@@ -117,13 +116,12 @@ Stage::~Stage()
     }
 }
 
-/// Removes what imports of this database have left that were killed.
-void Stage::removeRests() const
+void Stage::removeRests(const std::string& target)
 {
     std::error_code ignored;
-    const fs::path target(target_);
-    const std::string prefix = stagePrefix(target);
-    for (const auto& entry : fs::directory_iterator(target.parent_path(), ignored)) {
+    const fs::path path = absolutePath(target);
+    const std::string prefix = stagePrefix(path);
+    for (const auto& entry : fs::directory_iterator(path.parent_path(), ignored)) {
         if (!entry.path().filename().native().starts_with(prefix)) {
             continue;
         }

@@ -25,9 +25,10 @@ public:
     /// Flushes it and lets it take the target's place in one step.
     void moveIntoPlace();
 
-private:
-    void removeRests() const;
+    /// Removes what stages of the target have left whose program was killed.
+    static void removeRests(const std::string& target);
 
+private:
     std::string target_; ///< in the locale's encoding, absolute
     bool exists_;
     std::string directory_; ///< in UTF-8
