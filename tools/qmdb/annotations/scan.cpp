@@ -24,7 +24,7 @@ struct CloseDirectory {
 mode_t kindOf(DIR* directory, const dirent& entry, int flags)
 {
     if (entry.d_type != DT_UNKNOWN && (entry.d_type != DT_LNK || flags == AT_SYMLINK_NOFOLLOW)) {
-        return DTTOIF(entry.d_type);
+        return static_cast<mode_t>(DTTOIF(entry.d_type));
     }
     struct stat status { };
     return ::fstatat(::dirfd(directory), entry.d_name, &status, flags) == 0 ? status.st_mode : 0;
