@@ -159,7 +159,7 @@ class Manual(CommandTest):
             ("get db Water Molar mass", 2, '"mass" is one word too many: names with blanks stand in quotes, and phases '
              f"behind --phase\n{getting}"),
             ("list db --substance=Water", 2, f'"qmdb list" has no option --substance=Water; there are: --help, --lang, --log, --json, '
-             f'--sources, --brief, --comments\n{listing}'),
+             f'--sources, --brief, --comments, --no-values\n{listing}'),
             ("list --bref db", 2, f'"qmdb list" has no option --bref; near matches: --brief\n{listing}'),
             ("list bd", 2, '"bd" is not a directory; near matches: db'),
             ("list nothing/here", 2, '"nothing/here" is not a directory; the first argument is the directory of the database'),

@@ -44,6 +44,12 @@ class Reading(CommandTest):
         self.assertEqual(["kg/mol", ""], told)
         self.assertEqual(listed[0]["parameters"], commented[0]["parameters"])
         self.assertIn("--json", self.run_command("list", self.database, "--comments")[2])
+        Path(self.database, "Substance1/Property1.dat").unlink()  # which is not asked for
+        known = {key: one for key, one in listed[0]["parameters"][0].items() if key not in ("points", "ranges")}
+        bare = json.loads(self.output("list", self.database, "Water", "--json", "--no-values"))
+        self.assertEqual([known], bare[0]["parameters"])
+        self.assertRegex(self.output("list", self.database, "Water", "--no-values"),
+                         r"\n├─ Molar mass \(2\) +constant +scalar +kg/mol\n")
 
     def test_gets_values(self):
         water = ["get", self.database, "Water"]

@@ -108,7 +108,8 @@ class Annotations:
             return self._substances
 
     def _run(self) -> subprocess.Popen[bytes]:
-        command = [find_command(self._command), "list", self._path, "--json", "--comments", "--lang", self._language]
+        command = [find_command(self._command), "list", self._path, "--json", "--comments", "--no-values"]
+        command += ["--lang", self._language]
         return subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
     def _stop(self) -> None:

@@ -16,6 +16,9 @@ Json toJson(const ListedParameter& listed)
         json["error"] = listed.error;
         return json;
     }
+    if (!listed.isRead) {
+        return json;
+    }
     json["points"] = listed.points;
     json["ranges"] = Json::object();
     const auto names = argumentNames(listed.parameter.type);

@@ -57,8 +57,9 @@ std::vector<Cell> valueColumns(const ListedParameter& listed)
     std::vector<Cell> columns { typeText(parameter.type),
         std::string(parameter.vector ? "vector" : "scalar") };
     if (listed.error.empty()) {
-        const std::string points
-            = fmt::format("{} {}", listed.points, listed.points == 1 ? "point" : "points");
+        const std::string points = listed.isRead
+            ? fmt::format("{} {}", listed.points, listed.points == 1 ? "point" : "points")
+            : "";
         columns.insert(columns.end(), { points, parameter.units, rangeText(listed) });
     }
     return columns;

@@ -14,6 +14,7 @@ namespace tool {
 struct ListedParameter {
     Parameter parameter;
     ParameterNotes notes;
+    bool isRead = false; ///< the value, and so what follows is known
     std::size_t points = 0;
     std::vector<Range> ranges; ///< of the arguments
     std::optional<std::string> comments; ///< of the data file, where they are asked for
