@@ -95,6 +95,7 @@ def build() -> None:
     compile_module("cffiModule", MODULES / "cffiModule.c")
     compile_module("pybindModule", HERE / "pybindModule.cpp")
     compile_module("extension", HERE / "extension.c")
+    importlib.invalidate_caches()
 
 
 def read_by_cffi() -> Read:
