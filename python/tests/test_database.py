@@ -229,6 +229,12 @@ def test_threads_share_a_database(sample: qmdatabase.Database) -> None:
             assert found == wanted
 
 
+def test_a_missing_package_is_named(sample: qmdatabase.Database, monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setitem(sys.modules, "pandas", None)
+    with pytest.raises(ModuleNotFoundError, match=re.escape("package pandas: pip install 'qmdatabase[pandas]'")):
+        sample.to_dataframe()
+
+
 def test_plots_and_frames(sample: qmdatabase.Database) -> None:
     pytest.importorskip("pandas")
     frame = sample["Graphite"]["Thermal strain"].to_pandas()

@@ -12,11 +12,13 @@ import os
 from collections.abc import Sequence
 from typing import TYPE_CHECKING, Any
 
-import dask.dataframe as dd
-import pandas as pd
-
 from . import tidy
+from ._extras import extra
 from .database import Database, open_database
+
+with extra("dask"):
+    import dask.dataframe as dd
+    import pandas as pd
 
 if TYPE_CHECKING:
     from collections.abc import Iterable

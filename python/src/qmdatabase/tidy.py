@@ -14,6 +14,7 @@ import numpy.typing as npt
 
 from . import _records
 from ._command import ParameterNotes, SubstanceNotes
+from ._extras import extra
 from ._records import RawValue
 from .errors import DatabaseWarning, StatusError
 from .value import COMPONENTS
@@ -276,7 +277,8 @@ def _repeated_texts(entries: list[str | None], counts: npt.NDArray[np.int64]) ->
 
 def to_dataframe(database: Database, annotations: bool, ids: Sequence[int] | None = None) -> pandas.DataFrame:
     """See `Database.to_dataframe`; with IDs only these substances."""
-    import pandas as pd
+    with extra("pandas"):
+        import pandas as pd
 
     tidy = _Tidy(database, annotations)
     made = tidy.columns(list(_items(database, ids)))
@@ -292,7 +294,8 @@ def to_dataframe(database: Database, annotations: bool, ids: Sequence[int] | Non
 
 
 def _arrow_table(made: dict[str, _Texts | _Numbers]) -> pyarrow.Table:
-    import pyarrow as pa
+    with extra("arrow"):
+        import pyarrow as pa
 
     def array(column: _Texts | _Numbers) -> Any:
         if isinstance(column, _Texts):
@@ -322,7 +325,8 @@ def to_arrow(database: Database, annotations: bool) -> pyarrow.Table:
 
 def to_parquet(database: Database, path: str, annotations: bool, rows_per_group: int) -> int:
     """See `Database.to_parquet`."""
-    import pyarrow.parquet as pq
+    with extra("arrow"):
+        import pyarrow.parquet as pq
 
     rows = 0
     with _complete_or_not_at_all(path) as unfinished, contextlib.ExitStack() as stack:
@@ -337,8 +341,9 @@ def to_parquet(database: Database, path: str, annotations: bool, rows_per_group:
 
 def to_partitions(database: Database, path: str, annotations: bool, rows_per_group: int) -> int:
     """See `Database.to_parquet`, with `partitioned`."""
-    import pyarrow as pa
-    import pyarrow.dataset as ds
+    with extra("arrow"):
+        import pyarrow as pa
+        import pyarrow.dataset as ds
 
     rows = 0
 
@@ -375,7 +380,8 @@ def to_partitions(database: Database, path: str, annotations: bool, rows_per_gro
 
 def _plain_schema(annotations: bool) -> Any:
     """The columns with texts as such, as the dictionaries of different parts differ."""
-    import pyarrow as pa
+    with extra("arrow"):
+        import pyarrow as pa
 
     types = {**dict.fromkeys(IDS, pa.int64()), **dict.fromkeys(NUMBERS, pa.float64())}
     return pa.schema([(name, types.get(name, pa.string())) for name in columns(annotations)])

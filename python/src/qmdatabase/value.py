@@ -9,6 +9,7 @@ import numpy as np
 import numpy.typing as npt
 
 from . import _records
+from ._extras import extra
 from .errors import ArgumentError, CommandError
 from .interpolation import interpolate, interpolate_2d, require_increasing
 
@@ -239,7 +240,8 @@ class Value:
 
     def to_pandas(self) -> pandas.DataFrame:
         """A data frame of the rows: a column for each argument, by its letter, then "value", or "x", "y", "z"."""
-        import pandas as pd
+        with extra("pandas"):
+            import pandas as pd
 
         columns = dict(zip(self.argument_letters, self.arguments))
         components = np.atleast_1d(self.values).reshape(len(self), -1)
@@ -259,7 +261,8 @@ class Value:
         Returns:
             The axes.
         """
-        import matplotlib.pyplot as plt
+        with extra("plot"):
+            import matplotlib.pyplot as plt
 
         ax = plt.subplots()[1] if ax is None else ax
         for name, x, y in self._curves():
