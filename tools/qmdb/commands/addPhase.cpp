@@ -1,8 +1,7 @@
 #include "commands/commands.h"
 
-#include "commands/owners.h"
+#include "commands/editing.h"
 #include "commands/phaseOptions.h"
-#include "database/DatabaseLock.h"
 
 namespace tool {
 
@@ -17,12 +16,10 @@ struct PhaseCommandOptions {
 int runAddPhase(const PhaseCommandOptions& options)
 {
     const std::vector<PHASE> phases = phaseRecords(options.phases);
-    const DatabaseLock lock(options.location.directory);
-    Database database(options.location);
-    const Annotations annotations(options.location.directory);
-    const Substance substance = Resolver(database, annotations).substance(options.substance);
+    LockedDatabase at(options.location);
+    const Substance substance = at.resolver.substance(options.substance);
     Output output;
-    addPhases(database, substance.id, phases, output);
+    addPhases(at.database, substance.id, phases, output);
     output.finish();
     return ExitDone;
 }

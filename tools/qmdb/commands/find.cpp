@@ -249,7 +249,9 @@ int runFind(const FindOptions& options)
 {
     requireLimits(options);
     Annotations annotations(options.location.directory);
-    annotations.readAhead();
+    if (!options.asksForValues()) {
+        annotations.readAhead();
+    }
     const Database database(options.location);
     if (options.asksForValues()) {
         return ValueSearch(options, database, annotations).run() ? ExitDone : ExitFindings;
